@@ -1,0 +1,213 @@
+#include "DialogsPage.h"
+
+#include "ButtonsEditor.h"
+#include "MessageBoxNames.h"
+#include "Pictures.h"
+
+#include <Quillet/MessageDialog.h>
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QFormLayout>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPlainTextEdit>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QVBoxLayout>
+
+#include <memory>
+
+using Quillet::DialogCallback;
+using Quillet::MessageDialog;
+
+DialogsPage::DialogsPage(QWidget* parent)
+    : GalleryPage(parent),
+      m_icon(new QComboBox),
+      m_title(new QLineEdit),
+      m_text(new QLineEdit(QStringLiteral("Save the changes to Harbour.svg?"))),
+      m_informativeText(new QLineEdit(QStringLiteral("Changes that you do not save are lost."))),
+      m_parented(new QCheckBox(QStringLiteral("parented to this window"))),
+      m_buttons(new ButtonsEditor),
+      m_primaryButton(new QLabel),
+      m_log(new QPlainTextEdit)
+{
+    for (const auto& icon : allIcons())
+        m_icon->addItem(icon.name, icon.value);
+    m_icon->setCurrentIndex(m_icon->findData(QMessageBox::Question));
+    m_title->setPlaceholderText(QStringLiteral("empty: the parent's title, or one that names the icon"));
+
+    auto* layout = new QHBoxLayout(this);
+    layout->addWidget(createForm(), 3);
+    layout->addWidget(createLog(), 2);
+
+    connect(m_buttons, &ButtonsEditor::changed, this, &DialogsPage::showPrimaryButton);
+    m_buttons->setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+}
+
+QString DialogsPage::name() const
+{
+    return QStringLiteral("dialogs");
+}
+
+QString DialogsPage::title() const
+{
+    return QStringLiteral("Message dialogs");
+}
+
+QVector<Picture> DialogsPage::pictures()
+{
+    MessageDialog critical(QStringLiteral("The file could not be written."), QMessageBox::Critical);
+    critical.setInformativeText(QStringLiteral("The disk is full."));
+    critical.setStandardButtons(QMessageBox::Retry | QMessageBox::Abort);
+
+    MessageDialog information(QStringLiteral("All 128 pictures have been exported."), QMessageBox::Information);
+    information.setStandardButtons(QMessageBox::Ok);
+
+    MessageDialog question(QStringLiteral("Save the changes to Harbour.svg?"), QMessageBox::Question);
+    question.setInformativeText(QStringLiteral("Changes that you do not save are lost."));
+    question.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+
+    MessageDialog warning(QStringLiteral("The layer contains 3 locked shapes."), QMessageBox::Warning);
+    warning.addButton(QStringLiteral("Delete anyway"), QMessageBox::DestructiveRole);
+    warning.setStandardButtons(warning.standardButtons() | QMessageBox::Cancel);
+
+    QVector<Picture> result = {
+        {QStringLiteral("dialog-critical"), picture(critical)},
+        {QStringLiteral("dialog-information"), picture(information)},
+        {QStringLiteral("dialog-question"), picture(question)},
+        {QStringLiteral("dialog-warning"), picture(warning)},
+    };
+    QVector<QImage> dialogs;
+    for (const Picture& each : result)
+        dialogs.append(each.image);
+    result.append({QStringLiteral("dialogs"), sheet(dialogs, 2)});
+    return result;
+}
+
+QWidget* DialogsPage::createForm()
+{
+    auto* execButton = new QPushButton(QStringLiteral("exec()"));
+    connect(execButton, &QPushButton::clicked, this, &DialogsPage::execDialog);
+    auto* openButton = new QPushButton(QStringLiteral("open()"));
+    openButton->setToolTip(QStringLiteral("Shows the dialog without blocking; no callback runs."));
+    connect(openButton, &QPushButton::clicked, this, &DialogsPage::openDialog);
+    auto* run = new QHBoxLayout;
+    run->addWidget(execButton);
+    run->addWidget(openButton);
+    run->addStretch();
+
+    auto* panel = new QWidget;
+    auto* form = new QFormLayout(panel);
+    form->setContentsMargins(0, 0, 0, 0);
+    form->addRow(QStringLiteral("Icon"), m_icon);
+    form->addRow(QStringLiteral("Title"), m_title);
+    form->addRow(QString(), m_parented);
+    form->addRow(QStringLiteral("Text"), m_text);
+    form->addRow(QStringLiteral("Informative text"), m_informativeText);
+    form->addRow(m_buttons);
+    form->addRow(QStringLiteral("Primary button"), m_primaryButton);
+    m_preExec = createSwitches(QStringLiteral("Pre-exec callback"), form);
+    m_postExec = createSwitches(QStringLiteral("Post-exec callback"), form);
+    form->addRow(run);
+    return panel;
+}
+
+QWidget* DialogsPage::createLog()
+{
+    m_log->setReadOnly(true);
+    m_log->setPlaceholderText(QStringLiteral("What ran, and what exec() returned."));
+    auto* clear = new QPushButton(QStringLiteral("Clear"));
+    connect(clear, &QPushButton::clicked, m_log, &QPlainTextEdit::clear);
+
+    auto* panel = new QWidget;
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_log);
+    layout->addWidget(clear, 0, Qt::AlignRight);
+    return panel;
+}
+
+DialogsPage::CallbackSwitches DialogsPage::createSwitches(const QString& name, QFormLayout* form)
+{
+    const CallbackSwitches switches = {
+        name,
+        new QCheckBox(QStringLiteral("installed")),
+        new QCheckBox(QStringLiteral("vetoes")),
+    };
+    switches.installed->setChecked(true);
+    connect(switches.installed, &QCheckBox::toggled, switches.veto, &QCheckBox::setEnabled);
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(switches.installed);
+    row->addWidget(switches.veto);
+    row->addStretch();
+    form->addRow(name, row);
+    return switches;
+}
+
+MessageDialog* DialogsPage::createDialog()
+{
+    const auto icon = static_cast<QMessageBox::Icon>(m_icon->currentData().toInt());
+    QWidget* const dialogParent = m_parented->isChecked() ? window() : nullptr;
+
+    auto* dialog = m_title->text().isEmpty()
+                       ? new MessageDialog(m_text->text(), icon, dialogParent)
+                       : new MessageDialog(m_title->text(), m_text->text(), icon, dialogParent);
+    dialog->setInformativeText(m_informativeText->text());
+    m_buttons->addButtonsTo(*dialog);
+
+    const auto callback = [this](const CallbackSwitches& switches) -> DialogCallback {
+        if (!switches.installed->isChecked())
+            return {};
+        return [this, switches](MessageDialog&) { return runCallback(switches); };
+    };
+    dialog->setCallbacks(callback(m_preExec), callback(m_postExec));
+    return dialog;
+}
+
+void DialogsPage::execDialog()
+{
+    // Closing the window while the dialog is up deletes a parented dialog inside its loop.
+    const QPointer<MessageDialog> dialog(createDialog());
+    log(QStringLiteral("exec() of \"%1\"").arg(dialog->windowTitle()));
+    const QPointer<DialogsPage> page(this);
+    const int result = dialog->exec();
+    if (page && dialog) {
+        const QAbstractButton* const clicked = dialog->clickedButton();
+        log(QStringLiteral("clicked: %1").arg(clicked ? clicked->text() : QStringLiteral("nothing")));
+        log(QStringLiteral("exec() returned %1").arg(resultName(result)));
+    }
+    delete dialog;
+}
+
+void DialogsPage::openDialog()
+{
+    MessageDialog* const dialog = createDialog();
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QMessageBox::buttonClicked, this, [this](QAbstractButton* button) {
+        log(QStringLiteral("clicked: %1").arg(button->text()));
+    });
+    log(QStringLiteral("open() of \"%1\"").arg(dialog->windowTitle()));
+    dialog->open();
+}
+
+void DialogsPage::showPrimaryButton()
+{
+    const std::unique_ptr<MessageDialog> dialog(createDialog());
+    const QAbstractButton* const primary = dialog->getPrimaryButton();
+    m_primaryButton->setText(primary ? primary->text() : QStringLiteral("none yet: showing the box adds Ok"));
+}
+
+bool DialogsPage::runCallback(const CallbackSwitches& callback)
+{
+    const bool vetoes = callback.veto->isChecked();
+    log(QStringLiteral("%1: %2").arg(callback.name, vetoes ? QStringLiteral("veto") : QStringLiteral("go on")));
+    return !vetoes;
+}
+
+void DialogsPage::log(const QString& line)
+{
+    m_log->appendPlainText(line);
+}

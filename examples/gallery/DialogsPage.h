@@ -1,0 +1,63 @@
+#pragma once
+
+#include "GalleryPage.h"
+
+#include <QtWidgets/QMessageBox>
+
+class ButtonsEditor;
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+
+namespace Quillet {
+class MessageDialog;
+}
+
+/// Builds a MessageDialog from every choice it offers, runs it, and logs what happened.
+class DialogsPage : public GalleryPage
+{
+    Q_OBJECT
+
+public:
+    explicit DialogsPage(QWidget* parent = nullptr);
+
+    QString name() const override;
+    QString title() const override;
+
+    /// One dialog of each kind, and all of them on one sheet.
+    QVector<Picture> pictures() override;
+
+private:
+    /// The switches of one callback.
+    struct CallbackSwitches
+    {
+        QString name;
+        QCheckBox* installed;
+        QCheckBox* veto;
+    };
+
+    QWidget* createForm();
+    QWidget* createLog();
+    CallbackSwitches createSwitches(const QString& name, class QFormLayout* form);
+
+    /// A dialog as the page describes it, on the heap, owned by the caller and, if it has one, its parent.
+    Quillet::MessageDialog* createDialog();
+    void execDialog();
+    void openDialog();
+    void showPrimaryButton();
+    bool runCallback(const CallbackSwitches& callback);
+    void log(const QString& line);
+
+    QComboBox* m_icon;
+    QLineEdit* m_title;
+    QLineEdit* m_text;
+    QLineEdit* m_informativeText;
+    QCheckBox* m_parented;
+    ButtonsEditor* m_buttons;
+    QLabel* m_primaryButton;
+    CallbackSwitches m_preExec{};
+    CallbackSwitches m_postExec{};
+    QPlainTextEdit* m_log;
+};
