@@ -111,7 +111,7 @@ int priorityOf(Key key, const std::map<Key, int>& table)
 int buttonPriority(const QMessageBox& box, QAbstractButton* button)
 {
     return priorityOf(box.standardButton(button), standard_button_to_priority)
-         + priorityOf(box.buttonRole(button), button_role_to_priority);
+           + priorityOf(box.buttonRole(button), button_role_to_priority);
 }
 
 bool precedes(const QMessageBox& box, QAbstractButton* a, QAbstractButton* b)
@@ -217,9 +217,8 @@ void MessageDialog::updateStyle()
 QAbstractButton* MessageDialog::getPrimaryButton() const
 {
     const QList<QAbstractButton*> all = buttons();
-    const auto first = std::min_element(all.begin(), all.end(), [this](auto* a, auto* b) {
-        return precedes(*this, a, b);
-    });
+    const auto first =
+        std::min_element(all.begin(), all.end(), [this](auto* a, auto* b) { return precedes(*this, a, b); });
     return first == all.end() ? nullptr : *first;
 }
 

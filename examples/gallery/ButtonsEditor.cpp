@@ -26,7 +26,8 @@ ButtonsEditor::ButtonsEditor(QWidget* parent) : QWidget(parent), m_defaultButton
     layout->addRow(QStringLiteral("Custom buttons"), createCustomButtons());
     layout->addRow(QStringLiteral("Default button"), m_defaultButton);
 
-    connect(m_defaultButton, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &ButtonsEditor::changed);
+    connect(
+        m_defaultButton, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &ButtonsEditor::changed);
     buttonsChanged();
 }
 

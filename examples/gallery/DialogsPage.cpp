@@ -62,7 +62,8 @@ QVector<Picture> DialogsPage::pictures()
     critical.setInformativeText(QStringLiteral("The disk is full."));
     critical.setStandardButtons(QMessageBox::Retry | QMessageBox::Abort);
 
-    MessageDialog information(QStringLiteral("All 128 pictures have been exported."), QMessageBox::Information);
+    MessageDialog information(QStringLiteral("All 128 pictures have been exported."),
+                              QMessageBox::Information);
     information.setStandardButtons(QMessageBox::Ok);
 
     MessageDialog question(QStringLiteral("Save the changes to Harbour.svg?"), QMessageBox::Question);
@@ -161,7 +162,9 @@ MessageDialog* DialogsPage::createDialog()
     const auto callback = [this](const CallbackSwitches& switches) -> DialogCallback {
         if (!switches.installed->isChecked())
             return {};
-        return [this, switches](MessageDialog&) { return runCallback(switches); };
+        return [this, switches](MessageDialog&) {
+            return runCallback(switches);
+        };
     };
     dialog->setCallbacks(callback(m_preExec), callback(m_postExec));
     return dialog;
@@ -203,7 +206,8 @@ void DialogsPage::showPrimaryButton()
 bool DialogsPage::runCallback(const CallbackSwitches& callback)
 {
     const bool vetoes = callback.veto->isChecked();
-    log(QStringLiteral("%1: %2").arg(callback.name, vetoes ? QStringLiteral("veto") : QStringLiteral("go on")));
+    log(QStringLiteral("%1: %2").arg(callback.name,
+                                     vetoes ? QStringLiteral("veto") : QStringLiteral("go on")));
     return !vetoes;
 }
 

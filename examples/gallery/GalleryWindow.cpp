@@ -7,9 +7,7 @@
 #include <QtWidgets/QStackedWidget>
 
 GalleryWindow::GalleryWindow(QWidget* parent)
-    : QMainWindow(parent),
-      m_list(new QListWidget),
-      m_stack(new QStackedWidget)
+    : QMainWindow(parent), m_list(new QListWidget), m_stack(new QStackedWidget)
 {
     setWindowTitle(QStringLiteral("Quillet gallery"));
 

@@ -49,13 +49,13 @@ QImage sheet(const QVector<QImage>& images, int columns)
     cell += QSize(sheet_margin, sheet_margin);
 
     const int rows = (images.size() + columns - 1) / columns;
-    QImage result(columns * cell.width() + sheet_margin,
-                  rows * cell.height() + sheet_margin,
-                  QImage::Format_RGB32);
+    QImage result(
+        columns * cell.width() + sheet_margin, rows * cell.height() + sheet_margin, QImage::Format_RGB32);
     result.fill(Qt::white);
     QPainter painter(&result);
     for (int i = 0; i < images.size(); ++i) {
-        const QPoint corner(i % columns * cell.width() + sheet_margin, i / columns * cell.height() + sheet_margin);
+        const QPoint corner(i % columns * cell.width() + sheet_margin,
+                            i / columns * cell.height() + sheet_margin);
         painter.drawImage(corner, images[i]);
     }
     return result;

@@ -10,10 +10,11 @@ int main(int argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("quillet-gallery"));
     QApplication::setApplicationVersion(QStringLiteral("1.0.0"));
 
-    const QCommandLineOption screenshots(QStringLiteral("screenshots"),
-                                         QStringLiteral("Write a picture of every page and every dialog as PNG "
-                                                        "files into <directory>, then end."),
-                                         QStringLiteral("directory"));
+    const QCommandLineOption screenshots(
+        QStringLiteral("screenshots"),
+        QStringLiteral("Write a picture of every page and every dialog as PNG "
+                       "files into <directory>, then end."),
+        QStringLiteral("directory"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Shows what the Quillet library can do."));
     parser.addHelpOption();

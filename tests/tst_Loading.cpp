@@ -1,0 +1,133 @@
+#include "TestCase.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QLibrary>
+#include <QtCore/QTranslator>
+#include <QtWidgets/QLabel>
+
+#include <link.h>
+
+namespace {
+
+const QString library_file = QStringLiteral(QUILLET_LIBRARY_FILE);
+const QString module_file = QStringLiteral(LATE_HOST_MODULE_FILE);
+const QString resource = QStringLiteral(":/QSS/MessageBox.qss");
+
+// The objects of this process whose file name contains "libQuillet".
+QStringList loadedObjects()
+{
+    QStringList names;
+    dl_iterate_phdr(
+        [](dl_phdr_info* object, size_t, void* data) {
+            const QString name = QString::fromLocal8Bit(object->dlpi_name);
+            if (name.contains(QLatin1String("libQuillet")))
+                static_cast<QStringList*>(data)->append(name);
+            return 0;
+        },
+        &names);
+    return names;
+}
+
+// The title that a MessageDialog made inside the module takes from its icon.
+QString titleOfAWarning(QLibrary& module)
+{
+    const auto function = reinterpret_cast<void (*)(QString*)>(module.resolve("titleOfAWarning"));
+    QString title;
+    function(&title);
+    return title;
+}
+
+// Answers every text of the context QObject with its own name in front.
+class NamingTranslator : public QTranslator
+{
+public:
+    explicit NamingTranslator(const QString& name) : m_name(name)
+    {
+        QCoreApplication::installTranslator(this);
+    }
+
+    bool isEmpty() const override { return false; }
+
+    QString
+    translate(const char* context, const char* sourceText, const char* disambiguation, int n) const override
+    {
+        const bool expected = qstrcmp(context, "QObject") == 0 && !disambiguation && n == -1;
+        return expected ? m_name + QLatin1Char(' ') + QString::fromLatin1(sourceText) : QString();
+    }
+
+private:
+    QString m_name;
+};
+
+} // namespace
+
+class TestLoading : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        TestCase::init();
+        QCOMPARE(loadedObjects(), QStringList());
+    }
+
+    void theResourcesComeAndGoWithTheLibrary()
+    {
+        QVERIFY(!QFile::exists(resource));
+        QLibrary library(library_file);
+        QVERIFY2(library.load(), qPrintable(library.errorString()));
+        QCOMPARE(loadedObjects().size(), 1);
+        QVERIFY(QFile::exists(resource));
+
+        QVERIFY(library.unload());
+        QCOMPARE(loadedObjects(), QStringList());
+        QVERIFY(!QFile::exists(resource));
+    }
+
+    void titlesAreTranslatedByTheTranslatorInstalledAtLoadAndNeverAgain()
+    {
+        QLibrary module(module_file);
+        {
+            const NamingTranslator atLoad(QStringLiteral("first"));
+            QVERIFY2(module.load(), qPrintable(module.errorString()));
+        }
+        const NamingTranslator later(QStringLiteral("second"));
+        QCOMPARE(titleOfAWarning(module), QStringLiteral("first Warning"));
+        QVERIFY(module.unload());
+        QCOMPARE(loadedObjects(), QStringList());
+
+        QVERIFY(module.load());
+        QCOMPARE(titleOfAWarning(module), QStringLiteral("second Warning"));
+        QVERIFY(module.unload());
+    }
+
+    void titlesAreEnglishWithoutATranslator()
+    {
+        QLibrary module(module_file);
+        QVERIFY(module.load());
+        QCOMPARE(titleOfAWarning(module), QStringLiteral("Warning"));
+        QVERIFY(module.unload());
+    }
+
+    void theLibraryLeavesAfterDialogsWereShownAndQtWorksOn()
+    {
+        for (int cycle = 0; cycle < 20; ++cycle) {
+            QLibrary module(module_file);
+            QVERIFY(module.load());
+            const auto showAWarning = reinterpret_cast<void (*)()>(module.resolve("showAWarning"));
+            showAWarning();
+            QVERIFY(module.unload());
+            QCOMPARE(loadedObjects(), QStringList());
+
+            // Style sheets, fonts and pixmaps that Qt still caches must not refer to the library.
+            QLabel label(QStringLiteral("label"));
+            label.setStyleSheet(QStringLiteral("color: red; font-family: \"Open Sans\""));
+            label.show();
+            QCoreApplication::processEvents();
+        }
+    }
+};
+
+QUILLET_TEST_MAIN(TestLoading)
+#include "tst_Loading.moc"
