@@ -97,7 +97,7 @@ QString readResource(const QString& fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return QString();
+        return {};
     return QTextStream(&file).readAll();
 }
 

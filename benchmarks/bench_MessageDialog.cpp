@@ -40,7 +40,7 @@ void showAndHide(QMessageBox& box)
 
 void firstShow_MessageDialog(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         Quillet::MessageDialog box(text, QMessageBox::Question);
         box.setStandardButtons(buttons);
         showAndHide(box);
@@ -49,7 +49,7 @@ void firstShow_MessageDialog(benchmark::State& state)
 
 void firstShow_styledByHand(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         QMessageBox box(QMessageBox::Question, QStringLiteral("Question"), text, buttons);
         box.show();
         styleByHand(box);
@@ -63,7 +63,7 @@ void laterShow_MessageDialog(benchmark::State& state)
     Quillet::MessageDialog box(text, QMessageBox::Question);
     box.setStandardButtons(buttons);
     showAndHide(box);
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         showAndHide(box);
 }
 
@@ -74,14 +74,9 @@ void laterShow_styledByHand(benchmark::State& state)
     styleByHand(box);
     QCoreApplication::processEvents();
     box.hide();
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         showAndHide(box);
 }
-
-BENCHMARK(firstShow_MessageDialog);
-BENCHMARK(firstShow_styledByHand);
-BENCHMARK(laterShow_MessageDialog);
-BENCHMARK(laterShow_styledByHand);
 
 } // namespace
 
@@ -90,6 +85,11 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
+
+    benchmark::RegisterBenchmark("first show, MessageDialog", firstShow_MessageDialog);
+    benchmark::RegisterBenchmark("first show, styled by hand", firstShow_styledByHand);
+    benchmark::RegisterBenchmark("later show, MessageDialog", laterShow_MessageDialog);
+    benchmark::RegisterBenchmark("later show, styled by hand", laterShow_styledByHand);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

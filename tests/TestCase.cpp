@@ -6,20 +6,29 @@
 
 namespace {
 
-QtMessageHandler test_log = nullptr;
-QStringList expected_messages;
-QStringList unexpected_messages;
+struct Messages
+{
+    QStringList expected;
+    QStringList unexpected;
+    QtMessageHandler testLog = nullptr;
+};
+
+Messages& messages()
+{
+    static Messages all;
+    return all;
+}
 
 void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     // Written by the offscreen platform for every window that is shown.
     if (text == QLatin1String("This plugin does not support propagateSizeHints()"))
         return;
-    if (expected_messages.removeOne(text))
+    if (messages().expected.removeOne(text))
         return;
     if (type == QtWarningMsg || type == QtCriticalMsg)
-        unexpected_messages.append(text);
-    test_log(type, context, text);
+        messages().unexpected.append(text);
+    messages().testLog(type, context, text);
 }
 
 QStringList describe(const QWidgetList& widgets)
@@ -34,30 +43,28 @@ QStringList describe(const QWidgetList& widgets)
 
 void TestCase::expectMessage(const QString& text)
 {
-    expected_messages.append(text);
+    messages().expected.append(text);
 }
 
 void TestCase::init()
 {
-    expected_messages.clear();
-    unexpected_messages.clear();
-    test_log = qInstallMessageHandler(handleMessage);
+    messages() = {{}, {}, qInstallMessageHandler(handleMessage)};
 }
 
 void TestCase::cleanup()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    qInstallMessageHandler(test_log);
+    qInstallMessageHandler(messages().testLog);
 
     QCOMPARE(describe(QApplication::topLevelWidgets()), QStringList());
-    QCOMPARE(unexpected_messages, QStringList());
-    QCOMPARE(expected_messages, QStringList());
+    QCOMPARE(messages().unexpected, QStringList());
+    QCOMPARE(messages().expected, QStringList());
 }
 
 void whenModal(std::function<void(QMessageBox&)> answer)
 {
     // A loop handles a timer without a delay only after the box has been shown.
-    QTimer::singleShot(0, [answer = std::move(answer)] {
+    QTimer::singleShot(0, qApp, [answer = std::move(answer)] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         if (box)
             answer(*box);

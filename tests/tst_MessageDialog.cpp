@@ -30,12 +30,10 @@ DialogCallback entry(QStringList& journal, const QString& name, bool answer = tr
     };
 }
 
-// Counts how often a widget is shown.
+// An event filter that counts how often a widget is shown.
 class ShowCounter : public QObject
 {
 public:
-    explicit ShowCounter(QObject& watched) { watched.installEventFilter(this); }
-
     int count = 0;
 
     bool eventFilter(QObject*, QEvent* event) override
@@ -45,12 +43,11 @@ public:
     }
 };
 
-// Notes, at the moment a box gets its informative label, whether it has a default button.
+// An event filter that notes, at the moment a box gets its informative label, whether the box has a default
+// button.
 class InformativeLabelWatcher : public QObject
 {
 public:
-    InformativeLabelWatcher() { qApp->installEventFilter(this); }
-
     bool seen = false;
     bool hadDefaultButton = false;
 
@@ -181,7 +178,7 @@ private Q_SLOTS:
         QWidget parent;
         const MessageDialog dialog(title, text, QMessageBox::Warning, QMessageBox::Ok, &parent);
         QCOMPARE(dialog.buttons().size(), 1);
-        QCOMPARE(dialog.standardButton(dialog.buttons().first()), QMessageBox::Ok);
+        QCOMPARE(dialog.standardButton(dialog.buttons().constFirst()), QMessageBox::Ok);
         QCOMPARE(dialog.defaultButton(), dialog.button(QMessageBox::Ok));
         QCOMPARE(dialog.windowTitle(), title);
         QCOMPARE(dialog.text(), text);
@@ -234,6 +231,7 @@ private Q_SLOTS:
     void theFullConstructorSetsTheDefaultButtonBeforeTheInformativeText()
     {
         InformativeLabelWatcher watcher;
+        qApp->installEventFilter(&watcher);
         const MessageDialog dialog(
             title, text, informative_text, QMessageBox::Question, QMessageBox::Ok, QMessageBox::Ok);
         QVERIFY(watcher.seen);
@@ -293,7 +291,8 @@ private Q_SLOTS:
     {
         QStringList journal;
         MessageDialog dialog(title, text, QMessageBox::Question, QMessageBox::Ok);
-        ShowCounter shows(dialog);
+        ShowCounter shows;
+        dialog.installEventFilter(&shows);
         dialog.setCallbacks(entry(journal, QStringLiteral("pre"), false),
                             entry(journal, QStringLiteral("post")));
         QCOMPARE(dialog.exec(), -1);

@@ -5,6 +5,7 @@
 #include <QtWidgets/QPushButton>
 
 #include <algorithm>
+#include <array>
 
 using Quillet::MessageDialog;
 
@@ -17,7 +18,7 @@ using StandardButton = QMessageBox::StandardButton;
 using ButtonRole = QMessageBox::ButtonRole;
 
 // From the lowest rank to the highest.
-const QVector<StandardButton> ranked_standard_buttons = {
+constexpr std::array<StandardButton, 18> ranked_standard_buttons = {
     QMessageBox::Help,
     QMessageBox::RestoreDefaults,
     QMessageBox::NoToAll,
@@ -37,7 +38,7 @@ const QVector<StandardButton> ranked_standard_buttons = {
     QMessageBox::Yes,
     QMessageBox::Ok,
 };
-const QVector<ButtonRole> ranked_roles = {
+constexpr std::array<ButtonRole, 9> ranked_roles = {
     QMessageBox::HelpRole,
     QMessageBox::DestructiveRole,
     QMessageBox::NoRole,
@@ -83,14 +84,14 @@ private Q_SLOTS:
 
     void standardButtonsRankInThisOrder_data()
     {
-        QTest::addColumn<int>("lower");
-        for (int i = 0; i + 1 < ranked_standard_buttons.size(); ++i)
+        QTest::addColumn<std::size_t>("lower");
+        for (std::size_t i = 0; i + 1 < ranked_standard_buttons.size(); ++i)
             QTest::addRow("0x%x below 0x%x", ranked_standard_buttons[i], ranked_standard_buttons[i + 1]) << i;
     }
 
     void standardButtonsRankInThisOrder()
     {
-        QFETCH(int, lower);
+        QFETCH(std::size_t, lower);
         for (const bool higherFirst : {false, true}) {
             MessageDialog dialog;
             dialog.addButton(ranked_standard_buttons[lower + (higherFirst ? 1 : 0)]);
@@ -101,14 +102,14 @@ private Q_SLOTS:
 
     void customButtonsRankByRoleInThisOrder_data()
     {
-        QTest::addColumn<int>("lower");
-        for (int i = 0; i + 1 < ranked_roles.size(); ++i)
+        QTest::addColumn<std::size_t>("lower");
+        for (std::size_t i = 0; i + 1 < ranked_roles.size(); ++i)
             QTest::addRow("role %d below role %d", ranked_roles[i], ranked_roles[i + 1]) << i;
     }
 
     void customButtonsRankByRoleInThisOrder()
     {
-        QFETCH(int, lower);
+        QFETCH(std::size_t, lower);
         for (const bool higherFirst : {false, true}) {
             MessageDialog dialog;
             dialog.addButton(QStringLiteral("a"), ranked_roles[lower + (higherFirst ? 1 : 0)]);

@@ -98,7 +98,7 @@ QRectF paintedArea(const QImage& image)
                 area |= QRect(x, y, 1, 1);
         }
     }
-    return QRectF(QPointF(area.topLeft()) / scale, QSizeF(area.size()) / scale);
+    return {QPointF(area.topLeft()) / scale, QSizeF(area.size()) / scale};
 }
 
 } // namespace

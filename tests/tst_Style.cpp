@@ -73,7 +73,7 @@ private:
     void place(const QString& text) { m_button = new (m_storage) QPushButton(text); }
     void destroy() { m_button->~QPushButton(); }
 
-    alignas(QPushButton) unsigned char m_storage[sizeof(QPushButton)];
+    alignas(QPushButton) unsigned char m_storage[sizeof(QPushButton)] = {};
     QPushButton* m_button = nullptr;
 };
 
@@ -153,7 +153,7 @@ private Q_SLOTS:
         MessageDialog dialog;
         dialog.show();
         QCOMPARE(dialog.buttons().size(), 1);
-        QCOMPARE(dialog.buttons().first()->styleSheet(), accentSheet());
+        QCOMPARE(dialog.buttons().constFirst()->styleSheet(), accentSheet());
     }
 
     void theAccentSheetMovesWithTheDefaultButton()
@@ -249,7 +249,8 @@ private Q_SLOTS:
         dialog.addButton(QStringLiteral("A button with a long text that needs its room"),
                          QMessageBox::ActionRole);
         dialog.show();
-        for (const QAbstractButton* button : dialog.buttons())
+        const QList<QAbstractButton*> buttons = dialog.buttons();
+        for (const QAbstractButton* button : buttons)
             QCOMPARE(button->minimumWidth(), button->sizeHint().width());
     }
 

@@ -34,9 +34,9 @@ private Q_SLOTS:
         QTest::newRow("top-level widget") << QStringLiteral("leavesATopLevelWidget")
                                           << QByteArray("describe(QApplication::topLevelWidgets())");
         QTest::newRow("stray warning")
-            << QStringLiteral("writesAWarning") << QByteArray("unexpected_messages");
+            << QStringLiteral("writesAWarning") << QByteArray("messages().unexpected");
         QTest::newRow("missing warning")
-            << QStringLiteral("announcesAWarningInVain") << QByteArray("expected_messages");
+            << QStringLiteral("announcesAWarningInVain") << QByteArray("messages().expected");
     }
 
     void carelessCasesFail()

@@ -58,7 +58,8 @@ void ButtonsEditor::addButtonsTo(QMessageBox& box) const
         if (m_standardButtons[i]->isChecked())
             added.append(box.addButton(allStandardButtons()[i].value));
     }
-    for (const CustomButton& button : customButtons())
+    const QVector<CustomButton> custom = customButtons();
+    for (const CustomButton& button : custom)
         added.append(box.addButton(button.text, button.role));
 
     const int chosen = m_defaultButton->currentIndex() - 1;
@@ -134,7 +135,8 @@ void ButtonsEditor::buttonsChanged()
         if (m_standardButtons[i]->isChecked())
             names.append(allStandardButtons()[i].name);
     }
-    for (const CustomButton& button : customButtons())
+    const QVector<CustomButton> custom = customButtons();
+    for (const CustomButton& button : custom)
         names.append(button.text);
 
     {

@@ -132,7 +132,7 @@ QWidget* DialogsPage::createLog()
 
 DialogsPage::CallbackSwitches DialogsPage::createSwitches(const QString& name, QFormLayout* form)
 {
-    const CallbackSwitches switches = {
+    CallbackSwitches switches = {
         name,
         new QCheckBox(QStringLiteral("installed")),
         new QCheckBox(QStringLiteral("vetoes")),

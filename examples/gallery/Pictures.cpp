@@ -36,7 +36,7 @@ QImage picture(QWidget& widget)
     // The first pass lays out, the layout posts resizes.
     QCoreApplication::processEvents();
     QCoreApplication::processEvents();
-    const QImage image = widget.grab().toImage();
+    QImage image = widget.grab().toImage();
     widget.hide();
     return image;
 }
@@ -71,7 +71,8 @@ bool writePictures(GalleryWindow& window, const QString& directory)
         return false;
     }
 
-    for (const Picture& each : allPictures(window)) {
+    const QVector<Picture> pictures = allPictures(window);
+    for (const Picture& each : pictures) {
         const QString fileName = target.filePath(each.name + QStringLiteral(".png"));
         if (!each.image.save(fileName)) {
             err << "quillet-gallery: cannot write " << fileName << '\n';

@@ -48,6 +48,8 @@ public:
     /// changes.
     Point map(const Point& point) const
     {
+        // Raw memory on purpose: -0 is not the identity's 0.
+        // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
         if (std::memcmp(m_matrix.data(), mg_identity.data(), sizeof(T) * 16) == 0)
             return point;
 
