@@ -22,6 +22,9 @@ namespace Quillet {
 /// state.swap(action); // as it was
 /// \endcode
 ///
+/// What it keeps is what the component reported. A widget that only its parent disables reports disabled, and
+/// so does an action that is not visible: after two swaps these are disabled by themselves.
+///
 /// The state refers to no component, so one object swapped onto two components in turn hands the first
 /// one's flags on to the second.
 class QUILLET_EXPORT ComponentState

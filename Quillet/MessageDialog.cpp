@@ -27,7 +27,7 @@ const QString error_title = QObject::tr("Error");
 const QString information_title = QObject::tr("Information");
 const QString question_title = QObject::tr("Question");
 const QString warning_title = QObject::tr("Warning");
-// Spelt so on purpose: this is the name that people look for.
+// Spelt so on purpose; keep it.
 const QString deafult_title = QObject::tr("Message");
 
 // A button's priority is the sum of its rows in the two tables below; a value without a row counts 0.

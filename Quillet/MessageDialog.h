@@ -13,8 +13,8 @@ class MessageDialog;
 
 /// Called by MessageDialog::exec() before or after its modal loop; returning false vetoes.
 ///
-/// An empty callback is skipped. A callback must neither delete the dialog it is given nor replace its
-/// callbacks while it runs.
+/// An empty callback is skipped. While a callback runs, the dialog's callbacks must not be replaced and the
+/// dialog must not be deleted, be it by the callback itself or in an event loop that the callback runs.
 using DialogCallback = std::function<bool(MessageDialog&)>;
 
 /// A message box with the application's own look, an identifier and two veto callbacks.
@@ -29,7 +29,7 @@ using DialogCallback = std::function<bool(MessageDialog&)>;
 ///
 /// \code
 /// Quillet::MessageDialog dialog(QStringLiteral("The document has unsaved changes."),
-///                               QMessageBox::Question, window);
+///                               QMessageBox::Question);
 /// dialog.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
 /// if (dialog.exec() == QMessageBox::Save)
 ///     save();
@@ -40,13 +40,14 @@ using DialogCallback = std::function<bool(MessageDialog&)>;
 /// - exec() runs a nested event loop: timers, network replies and all other code of the GUI thread go on
 ///   inside it. See exec() for what happens when that code deletes the dialog.
 /// - Once a box has been shown with an icon, icon() reports QMessageBox::NoIcon: QMessageBox does so for
-///   every box with a pixmap of its own. A later setIcon() is picked up by the next show.
-/// - A custom button, one added with a text of its own, outranks every standard button, Ok included, when
-///   the primary button is chosen. The button that setDetailedText() adds counts as custom. Give the box a
-///   default button to decide otherwise.
+///   every box with a pixmap of its own. A later setIcon() is picked up by the next show, unless it sets
+///   the very icon that the show before replaced.
+/// - A custom button, one added with a text of its own or as a button object, outranks every standard
+///   button, Ok included, when the primary button is chosen. The button that setDetailedText() adds counts
+///   as custom. Give the box a default button to decide otherwise.
 /// - The window titles "Error", "Information", "Question", "Warning" and "Message" are translated once,
 ///   while the library is being loaded, by the translator installed at that moment (context "QObject").
-///   Load the library after the translator, or pass titles.
+///   Load the library after the translator, or pass titles. On macOS, message boxes show no title at all.
 /// - The icons are SVG documents. Where Qt's SVG image-format plug-in is missing at run time, the box has
 ///   no icon.
 ///
@@ -59,9 +60,9 @@ public:
     /// A box without icon, title, text or buttons. \a parent may be null.
     explicit MessageDialog(QWidget* parent = nullptr);
 
-    /// A box with the title of \a parent's window title, even an empty one; without a parent, with a
-    /// title that names \a icon: "Error" for Critical, "Information", "Question", "Warning", and
-    /// "Message" for every other value. It has no buttons yet.
+    /// A box without buttons whose title is \a parent's window title, even an empty one. Without a parent
+    /// the title names \a icon: "Error" for Critical, "Information", "Question", "Warning", and "Message"
+    /// for every other value.
     MessageDialog(const QString& text, QMessageBox::Icon icon, QWidget* parent = nullptr);
 
     /// A box without buttons. \a title may be empty, \a parent may be null.
@@ -109,7 +110,8 @@ public:
     /// While the loop runs, other code of the GUI thread runs too. It may delete the dialog, by itself or
     /// with its parent: the loop then ends, the post-exec callback is not called, and nothing of the
     /// dialog is touched any more. A caller that cannot rule this out keeps the dialog on the heap and
-    /// in a QPointer.
+    /// in a QPointer. The same holds for a dialog with Qt::WA_DeleteOnClose, which the loop deletes as it
+    /// ends.
     ///
     /// \return the result of QDialog::exec(), or -1 when a callback returned false. After a veto by the
     ///         pre-exec callback the box has never been shown and the post-exec callback is not called.
@@ -119,10 +121,14 @@ public:
     /// Gives the box its look. Called on every show; call it to bring a shown box up to date with a
     /// change of its buttons, default button or icon.
     ///
-    /// In this order: a box without a style sheet gets the library's; the accent sheet moves from the
-    /// button that had it to the primary button, unless that one has a style sheet of its own; every
-    /// button becomes at least as wide as its size hint; an icon set since the last call is replaced by
-    /// the library's picture of it, 64 x 64 pixels. A style sheet set by the application is never changed.
+    /// In this order:
+    ///
+    /// 1. A box without a style sheet gets the library's; one that has a sheet keeps it unchanged.
+    /// 2. Where another button than before is primary, the button that has been given the accent sheet
+    ///    loses its style sheet, and the primary button gets the accent sheet if it has none of its own.
+    /// 3. The width of every button's size hint becomes its minimum width, in place of any other.
+    /// 4. An icon other than the one that the last call saw is replaced by the library's picture of it,
+    ///    64 x 64 pixels.
     void updateStyle();
 
     /// The button that stands out: the default button, or else the one that ranks highest.

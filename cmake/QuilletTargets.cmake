@@ -6,7 +6,7 @@ include(CheckLinkerFlag)
 # Compiles through ccache where it is installed.
 function(quillet_use_ccache)
   find_program(QUILLET_CCACHE ccache)
-  if(QUILLET_CCACHE)
+  if(QUILLET_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER
         "${QUILLET_CCACHE}"
         PARENT_SCOPE)
@@ -61,7 +61,8 @@ function(quillet_configure_library target version_script)
   quillet_configure_target(${target})
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 
-  check_linker_flag(CXX "LINKER:--version-script=${version_script}" QUILLET_HAVE_VERSION_SCRIPT)
+  set(plain_script "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/plain.map")
+  check_linker_flag(CXX "LINKER:--version-script=${plain_script}" QUILLET_HAVE_VERSION_SCRIPT)
   if(QUILLET_HAVE_VERSION_SCRIPT)
     target_link_options(${target} PRIVATE "LINKER:--version-script=${version_script}")
     set_property(

@@ -9,7 +9,8 @@
 #include <functional>
 
 /// Base of all test classes. A case fails that leaves a top-level widget behind, that makes Qt write a
-/// warning it did not announce, or that announced one which never came.
+/// warning it did not announce, or that announced one which never came. What Qt's offscreen and X platforms
+/// say about their windows does not count.
 class TestCase : public QObject
 {
     Q_OBJECT

@@ -4,9 +4,9 @@
 
 #include <QtCore/QCoreApplication>
 
-extern "C" Q_DECL_EXPORT void titleOfAWarning(QString* title)
+extern "C" Q_DECL_EXPORT void titleOf(int icon, QString* title)
 {
-    *title = Quillet::MessageDialog(QString(), QMessageBox::Warning).windowTitle();
+    *title = Quillet::MessageDialog(QString(), static_cast<QMessageBox::Icon>(icon)).windowTitle();
 }
 
 // Shows a box, so that everything that a show leaves behind in Qt has been left behind.

@@ -36,11 +36,13 @@ private Q_SLOTS:
     void anExecutedDialogLogsItsCallbacksAndItsResult()
     {
         GalleryWindow window;
-        whenModal([](QMessageBox& box) {
-            QCOMPARE(box.windowTitle(), QStringLiteral("Question"));
+        QString title;
+        whenModal([&](QMessageBox& box) {
+            title = box.windowTitle();
             box.button(QMessageBox::Discard)->click();
         });
         click(window, QStringLiteral("exec()"));
+        QCOMPARE(title, QStringLiteral("Question"));
         QCOMPARE(logOf(window),
                  QStringList({QStringLiteral("exec() of \"Question\""),
                               QStringLiteral("Pre-exec callback: go on"),

@@ -28,13 +28,31 @@ QStringList loadedObjects()
     return names;
 }
 
-// The title that a MessageDialog made inside the module takes from its icon.
-QString titleOfAWarning(QLibrary& module)
+// The titles that dialogs made inside the module take from their icons.
+QStringList titles(QLibrary& module)
 {
-    const auto function = reinterpret_cast<void (*)(QString*)>(module.resolve("titleOfAWarning"));
-    QString title;
-    function(&title);
-    return title;
+    const auto titleOf = reinterpret_cast<void (*)(int, QString*)>(module.resolve("titleOf"));
+    QStringList result;
+    for (const int icon : {QMessageBox::Critical,
+                           QMessageBox::Information,
+                           QMessageBox::Question,
+                           QMessageBox::Warning,
+                           QMessageBox::NoIcon}) {
+        QString title;
+        titleOf(icon, &title);
+        result.append(title);
+    }
+    return result;
+}
+
+// What they are, with a word in front of each.
+QStringList englishTitles(const QString& prefix = QString())
+{
+    return {prefix + QStringLiteral("Error"),
+            prefix + QStringLiteral("Information"),
+            prefix + QStringLiteral("Question"),
+            prefix + QStringLiteral("Warning"),
+            prefix + QStringLiteral("Message")};
 }
 
 // Answers every text of the context QObject with its own name in front.
@@ -93,12 +111,12 @@ private Q_SLOTS:
             QVERIFY2(module.load(), qPrintable(module.errorString()));
         }
         const NamingTranslator later(QStringLiteral("second"));
-        QCOMPARE(titleOfAWarning(module), QStringLiteral("first Warning"));
+        QCOMPARE(titles(module), englishTitles(QStringLiteral("first ")));
         QVERIFY(module.unload());
         QCOMPARE(loadedObjects(), QStringList());
 
         QVERIFY(module.load());
-        QCOMPARE(titleOfAWarning(module), QStringLiteral("second Warning"));
+        QCOMPARE(titles(module), englishTitles(QStringLiteral("second ")));
         QVERIFY(module.unload());
     }
 
@@ -106,7 +124,7 @@ private Q_SLOTS:
     {
         QLibrary module(module_file);
         QVERIFY(module.load());
-        QCOMPARE(titleOfAWarning(module), QStringLiteral("Warning"));
+        QCOMPARE(titles(module), englishTitles());
         QVERIFY(module.unload());
     }
 

@@ -213,7 +213,7 @@ private Q_SLOTS:
 
     void theFullConstructorTakesFlagsInPlaceOfTheStandardOnes()
     {
-        const Qt::WindowFlags flags = Qt::Tool | Qt::WindowStaysOnTopHint;
+        const Qt::WindowFlags flags = Qt::Window | Qt::WindowStaysOnTopHint;
         const MessageDialog dialog(title,
                                    text,
                                    informative_text,
@@ -225,7 +225,7 @@ private Q_SLOTS:
         QCOMPARE(
             dialog.windowFlags(),
             QMessageBox(QMessageBox::Question, title, text, QMessageBox::Ok, nullptr, flags).windowFlags());
-        QCOMPARE(dialog.windowType(), Qt::Tool);
+        QCOMPARE(dialog.windowType(), Qt::Window);
     }
 
     void theFullConstructorSetsTheDefaultButtonBeforeTheInformativeText()
@@ -299,6 +299,19 @@ private Q_SLOTS:
         QCOMPARE(journal, QStringList(QStringLiteral("pre")));
         QCOMPARE(shows.count, 0);
         QVERIFY(!dialog.isVisible());
+    }
+
+    void theCallbackAfterTheLoopRunsForAResultOfZeroToo()
+    {
+        for (const bool veto : {false, true}) {
+            QStringList journal;
+            MessageDialog dialog(title, text, QMessageBox::Question);
+            QPushButton* const custom = dialog.addButton(QStringLiteral("Custom"), QMessageBox::AcceptRole);
+            dialog.setCallbacks({}, entry(journal, QStringLiteral("post"), !veto));
+            whenModal([&](QMessageBox&) { custom->click(); });
+            QCOMPARE(dialog.exec(), veto ? -1 : 0);
+            QCOMPARE(journal, QStringList(QStringLiteral("post")));
+        }
     }
 
     void aVetoAfterTheLoopDropsTheResult()

@@ -168,6 +168,16 @@ private Q_SLOTS:
         QCOMPARE(dialog.getPrimaryButton(), dialog.button(QMessageBox::Help));
     }
 
+    void aDefaultButtonIsPrimaryAlsoBeforeAButtonOfHigherRank()
+    {
+        MessageDialog dialog;
+        dialog.setStandardButtons(QMessageBox::Ok);
+        QPushButton* const custom = dialog.addButton(QStringLiteral("Custom"), QMessageBox::HelpRole);
+        QVERIFY(dialog.buttons().indexOf(custom) > dialog.buttons().indexOf(dialog.button(QMessageBox::Ok)));
+        dialog.setDefaultButton(QMessageBox::Ok);
+        QCOMPARE(dialog.getPrimaryButton(), dialog.button(QMessageBox::Ok));
+    }
+
     void aDestructiveCustomButtonOutranksOk()
     {
         MessageDialog dialog;

@@ -194,6 +194,31 @@ private Q_SLOTS:
         QCOMPARE(dialog.button(QMessageBox::Cancel)->styleSheet(), own_sheet);
     }
 
+    void theAccentSheetComesBackAfterAButtonWithItsOwnSheetWasPrimary()
+    {
+        MessageDialog dialog;
+        dialog.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+        dialog.show();
+        dialog.button(QMessageBox::Cancel)->setStyleSheet(own_sheet);
+        dialog.setDefaultButton(QMessageBox::Cancel);
+        showAgain(dialog);
+        dialog.setDefaultButton(QMessageBox::Ok);
+        showAgain(dialog);
+        QCOMPARE(dialog.button(QMessageBox::Ok)->styleSheet(), accentSheet());
+        QCOMPARE(dialog.button(QMessageBox::Cancel)->styleSheet(), own_sheet);
+    }
+
+    void aFormerPrimaryButtonIsClearedWhateverSheetItHasByThen()
+    {
+        MessageDialog dialog;
+        dialog.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+        dialog.show();
+        dialog.button(QMessageBox::Ok)->setStyleSheet(own_sheet);
+        dialog.setDefaultButton(QMessageBox::Cancel);
+        showAgain(dialog);
+        QCOMPARE(dialog.button(QMessageBox::Ok)->styleSheet(), QString());
+    }
+
     void aSheetThatTheApplicationClearedOnThePrimaryButtonStaysCleared()
     {
         MessageDialog dialog;
@@ -243,10 +268,11 @@ private Q_SLOTS:
 
     // Button widths
 
-    void everyButtonIsAsWideAsItsSizeHint()
+    void everyButtonGetsItsSizeHintsWidthAsItsMinimum()
     {
         MessageDialog dialog;
         dialog.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+        dialog.button(QMessageBox::Ok)->setMinimumWidth(300);
         dialog.addButton(QStringLiteral("A button with a long text that needs its room"),
                          QMessageBox::ActionRole);
         dialog.show();
@@ -258,10 +284,12 @@ private Q_SLOTS:
     void theWidthsAreTakenFromTheStyledButtons()
     {
         MessageDialog dialog;
-        QPushButton* const button = dialog.addButton(QStringLiteral("i"), QMessageBox::AcceptRole);
+        const QString text = QStringLiteral("A button with a long text that needs its room");
+        QPushButton* const button = dialog.addButton(text, QMessageBox::AcceptRole);
+        const int unstyledWidth = button->sizeHint().width();
         dialog.updateStyle();
-        // The sheet's minimum of 48 and its padding of 16 on either side.
-        QCOMPARE(button->minimumWidth(), 80);
+        QVERIFY(button->sizeHint().width() != unstyledWidth);
+        QCOMPARE(button->minimumWidth(), button->sizeHint().width());
     }
 
     // The icon
@@ -309,6 +337,17 @@ private Q_SLOTS:
         dialog.setIcon(QMessageBox::Critical);
         showAgain(dialog);
         QCOMPARE(dialog.iconPixmap().toImage(), iconImage(":/Icons/Critical.svg"));
+    }
+
+    void theSameIconIsPickedUpAgainAfterAPassThatSawNone()
+    {
+        MessageDialog dialog(QString(), QMessageBox::Warning);
+        dialog.show();
+        showAgain(dialog);
+        dialog.setIcon(QMessageBox::Warning);
+        showAgain(dialog);
+        QCOMPARE(dialog.icon(), QMessageBox::NoIcon);
+        QCOMPARE(dialog.iconPixmap().toImage(), iconImage(":/Icons/Warning.svg"));
     }
 
     void theIconOfTheLastPassIsNotLookedUpAgain()

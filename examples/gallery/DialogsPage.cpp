@@ -67,7 +67,6 @@ QVector<Picture> DialogsPage::pictures()
     information.setStandardButtons(QMessageBox::Ok);
 
     MessageDialog question(QStringLiteral("Save the changes to Harbour.svg?"), QMessageBox::Question);
-    question.setInformativeText(QStringLiteral("Changes that you do not save are lost."));
     question.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
 
     MessageDialog warning(QStringLiteral("The layer contains 3 locked shapes."), QMessageBox::Warning);
@@ -162,8 +161,9 @@ MessageDialog* DialogsPage::createDialog()
     const auto callback = [this](const CallbackSwitches& switches) -> DialogCallback {
         if (!switches.installed->isChecked())
             return {};
-        return [this, switches](MessageDialog&) {
-            return runCallback(switches);
+        // An unparented dialog may outlive the page.
+        return [page = QPointer<DialogsPage>(this), switches](MessageDialog&) {
+            return !page || page->runCallback(switches);
         };
     };
     dialog->setCallbacks(callback(m_preExec), callback(m_postExec));
@@ -177,8 +177,8 @@ void DialogsPage::execDialog()
     log(QStringLiteral("exec() of \"%1\"").arg(dialog->windowTitle()));
     const QPointer<DialogsPage> page(this);
     const int result = dialog->exec();
-    if (page && dialog) {
-        const QAbstractButton* const clicked = dialog->clickedButton();
+    if (page) {
+        const QAbstractButton* const clicked = dialog ? dialog->clickedButton() : nullptr;
         log(QStringLiteral("clicked: %1").arg(clicked ? clicked->text() : QStringLiteral("nothing")));
         log(QStringLiteral("exec() returned %1").arg(resultName(result)));
     }
