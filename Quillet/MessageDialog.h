@@ -45,6 +45,8 @@ using DialogCallback = std::function<bool(MessageDialog&)>;
 /// - A custom button, one added with a text of its own or as a button object, outranks every standard
 ///   button, Ok included, when the primary button is chosen. The button that setDetailedText() adds counts
 ///   as custom. Give the box a default button to decide otherwise.
+/// - Which button Enter presses is Qt's business, and in a box without a default button it need not be the
+///   one that stands out. Where it matters, set the default button: it is both.
 /// - The window titles "Error", "Information", "Question", "Warning" and "Message" are translated once,
 ///   while the library is being loaded, by the translator installed at that moment (context "QObject").
 ///   Load the library after the translator, or pass titles. On macOS, message boxes show no title at all.
@@ -60,8 +62,8 @@ public:
     /// A box without icon, title, text or buttons. \a parent may be null.
     explicit MessageDialog(QWidget* parent = nullptr);
 
-    /// A box without buttons whose title is \a parent's window title, even an empty one. Without a parent
-    /// the title names \a icon: "Error" for Critical, "Information", "Question", "Warning", and "Message"
+    /// A box without buttons whose title is \a parent's window title, even an empty one: pass the window
+    /// itself, because its child widgets have none as a rule. Without a parent the title names \a icon: "Error" for Critical, "Information", "Question", "Warning", and "Message"
     /// for every other value.
     MessageDialog(const QString& text, QMessageBox::Icon icon, QWidget* parent = nullptr);
 
@@ -113,7 +115,7 @@ public:
     /// in a QPointer. The same holds for a dialog with Qt::WA_DeleteOnClose, which the loop deletes as it
     /// ends.
     ///
-    /// \return the result of QDialog::exec(), or -1 when a callback returned false. After a veto by the
+    /// \return the result of QDialog::exec() (0 when the dialog was deleted), or -1 when a callback returned false. After a veto by the
     ///         pre-exec callback the box has never been shown and the post-exec callback is not called.
     /// \note Exceptions thrown by a callback pass through.
     int exec() override;

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -197,25 +198,43 @@ bool parsePath(const QDomElement& element, SvgPathData data, Quillet::PainterPat
     return true;
 }
 
-/// Appends the shapes of \a element, the root or a group. Calls itself for each group in it; the limit on the
-/// nesting of documents keeps that within a small stack.
+/// Appends the shapes of \a element, the root or a group, and of all groups in it.
 bool parsePathGroup(const QDomElement& element, SvgPathData data, Quillet::PainterPathContainer& container)
 {
-    // A rejected value of a group ends the reading of the group's attributes, and nothing else.
-    parsePathAttributes(element, data);
+    struct Group
+    {
+        QDomElement next; ///< the child to read next, null behind the last
+        SvgPathData data;
+    };
+    // The groups being read, each inside the one before it. They stand here and not on the call stack, which
+    // may be small.
+    std::vector<Group> groups;
+    const auto enter = [&groups](const QDomElement& group, SvgPathData inherited) {
+        // A rejected value of a group ends the reading of the group's attributes, and nothing else.
+        parsePathAttributes(group, inherited);
+        groups.push_back({group.firstChildElement(), std::move(inherited)});
+    };
 
-    for (QDomElement child = element.firstChildElement(); !child.isNull();
-         child = child.nextSiblingElement()) {
+    enter(element, std::move(data));
+    while (!groups.empty()) {
+        Group& group = groups.back();
+        if (group.next.isNull()) {
+            groups.pop_back();
+            continue;
+        }
+        const QDomElement child = group.next;
+        group.next = child.nextSiblingElement();
+
         const QString tag = child.tagName().toLower();
-        if (tag == QLatin1String("g") && !parsePathGroup(child, data, container))
-            return false;
-        if (tag == QLatin1String("path") && !parsePath(child, data, container))
+        if (tag == QLatin1String("g"))
+            enter(child, group.data);
+        else if (tag == QLatin1String("path") && !parsePath(child, group.data, container))
             return false;
     }
     return true;
 }
 
-/// Qt's XML reader and this one need less than 1 MiB of stack for it.
+/// Qt's XML reader needs less than 1 MiB of stack for it.
 constexpr int deepest_nesting = 2000;
 
 } // namespace

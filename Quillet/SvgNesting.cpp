@@ -145,6 +145,9 @@ Nesting nestingByTags(int limit, const QString& text)
     return Nesting::Shallow;
 }
 
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED // no other reader would do: QDomDocument reads with this one
+
 /// Counts the elements that are open, and stops the reader at the first that is too deep.
 class DepthLimit : public QXmlDefaultHandler
 {
@@ -179,9 +182,7 @@ private:
 /// documents whose entities may open elements.
 bool isNestedDeeperByReading(int limit, const QString& text)
 {
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED // no other reader would do: QDomDocument reads with this one
-        QXmlInputSource source;
+    QXmlInputSource source;
     source.setData(text);
     DepthLimit handler(limit);
     QXmlSimpleReader reader;
@@ -191,9 +192,10 @@ bool isNestedDeeperByReading(int limit, const QString& text)
     reader.setDeclHandler(&handler);
     reader.setDTDHandler(&handler);
     reader.parse(source);
-    QT_WARNING_POP
     return handler.isExceeded();
 }
+
+QT_WARNING_POP
 
 } // namespace
 

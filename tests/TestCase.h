@@ -34,12 +34,20 @@ QAbstractButton* buttonOf(const QMessageBox& box, const QString& text);
 /// Chooses the offscreen platform, unless QT_QPA_PLATFORM names another. Call it before QApplication is made.
 void prepareTestEnvironment();
 
-/// The main function of a test program.
+/// The main function of a test program, and of one that needs no windows.
 #define QUILLET_TEST_MAIN(TestClass)                                                                         \
     int main(int argc, char** argv)                                                                          \
     {                                                                                                        \
         prepareTestEnvironment();                                                                            \
         QApplication application(argc, argv);                                                                \
+        TestClass test;                                                                                      \
+        return QTest::qExec(&test, argc, argv);                                                              \
+    }
+
+#define QUILLET_GUILESS_TEST_MAIN(TestClass)                                                                 \
+    int main(int argc, char** argv)                                                                          \
+    {                                                                                                        \
+        QCoreApplication application(argc, argv);                                                            \
         TestClass test;                                                                                      \
         return QTest::qExec(&test, argc, argv);                                                              \
     }

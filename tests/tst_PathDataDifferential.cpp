@@ -94,5 +94,5 @@ private Q_SLOTS:
     }
 };
 
-QUILLET_TEST_MAIN(TestPathDataDifferential)
+QUILLET_GUILESS_TEST_MAIN(TestPathDataDifferential)
 #include "tst_PathDataDifferential.moc"

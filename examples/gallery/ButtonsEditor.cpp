@@ -89,11 +89,14 @@ QWidget* ButtonsEditor::createCustomButtons()
     m_customButtons->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     m_customButtons->verticalHeader()->hide();
     m_customButtons->setMinimumHeight(110);
+    m_customButtons->setTabKeyNavigation(false); // Tab leaves the table
     connect(m_customButtons, &QTableWidget::cellChanged, this, &ButtonsEditor::buttonsChanged);
 
     auto* add = new QPushButton(QStringLiteral("Add"));
     connect(add, &QPushButton::clicked, this, [this] {
-        addCustomButton(QStringLiteral("Custom"), QMessageBox::AcceptRole);
+        // Different texts: the default button is remembered by its text.
+        addCustomButton(QStringLiteral("Custom %1").arg(m_customButtons->rowCount() + 1),
+                        QMessageBox::AcceptRole);
     });
     auto* remove = new QPushButton(QStringLiteral("Remove"));
     connect(remove, &QPushButton::clicked, this, &ButtonsEditor::removeCustomButton);

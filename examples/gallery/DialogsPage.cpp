@@ -71,7 +71,8 @@ QVector<Picture> DialogsPage::pictures()
 
     MessageDialog warning(QStringLiteral("The layer contains 3 locked shapes."), QMessageBox::Warning);
     warning.addButton(QStringLiteral("Delete anyway"), QMessageBox::DestructiveRole);
-    warning.setStandardButtons(warning.standardButtons() | QMessageBox::Cancel);
+    warning.addButton(QMessageBox::Cancel);
+    warning.setDefaultButton(QMessageBox::Cancel); // so Enter deletes nothing
 
     QVector<Picture> result = {
         {QStringLiteral("dialog-critical"), picture(critical)},
@@ -172,7 +173,7 @@ MessageDialog* DialogsPage::createDialog()
 
 void DialogsPage::execDialog()
 {
-    // Closing the window while the dialog is up deletes a parented dialog inside its loop.
+    // A window that is deleted while the dialog is up deletes a parented dialog inside its loop.
     const QPointer<MessageDialog> dialog(createDialog());
     log(QStringLiteral("exec() of \"%1\"").arg(dialog->windowTitle()));
     const QPointer<DialogsPage> page(this);
