@@ -63,8 +63,8 @@ public:
     explicit MessageDialog(QWidget* parent = nullptr);
 
     /// A box without buttons whose title is \a parent's window title, even an empty one: pass the window
-    /// itself, because its child widgets have none as a rule. Without a parent the title names \a icon: "Error" for Critical, "Information", "Question", "Warning", and "Message"
-    /// for every other value.
+    /// itself, because its child widgets have none as a rule. Without a parent the title names \a icon:
+    /// "Error" for Critical, "Information", "Question", "Warning", and "Message" for every other value.
     MessageDialog(const QString& text, QMessageBox::Icon icon, QWidget* parent = nullptr);
 
     /// A box without buttons. \a title may be empty, \a parent may be null.
@@ -115,8 +115,9 @@ public:
     /// in a QPointer. The same holds for a dialog with Qt::WA_DeleteOnClose, which the loop deletes as it
     /// ends.
     ///
-    /// \return the result of QDialog::exec() (0 when the dialog was deleted), or -1 when a callback returned false. After a veto by the
-    ///         pre-exec callback the box has never been shown and the post-exec callback is not called.
+    /// \return the result of QDialog::exec(), which is 0 when the dialog was deleted, or -1 when a callback
+    ///         returned false. After a veto by the pre-exec callback the box has never been shown and the
+    ///         post-exec callback is not called.
     /// \note Exceptions thrown by a callback pass through.
     int exec() override;
 

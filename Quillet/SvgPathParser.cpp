@@ -106,7 +106,7 @@ bool convertInPlace(const QChar* begin, const QChar* end, double& number)
 #if defined(__cpp_lib_to_chars) && __cpp_lib_to_chars >= 201611L
     if (*begin == QLatin1Char('+'))
         ++begin; // from_chars() knows no plus sign
-    std::array<char, 64> buffer;
+    std::array<char, 64> buffer = {};
     if (std::size_t(end - begin) > buffer.size())
         return false;
     char* last = buffer.data();
@@ -183,11 +183,11 @@ struct Arc
 {
     QPointF start;
     QPointF end;
-    double rx;
-    double ry;
-    double rotation; ///< of the ellipse's x axis, in degrees
-    int largeArcFlag;
-    int sweepFlag;
+    double rx = 0;
+    double ry = 0;
+    double rotation = 0; ///< of the ellipse's x axis, in degrees
+    int largeArcFlag = 0;
+    int sweepFlag = 0;
 };
 
 /// Appends an elliptical arc as cubic Bezier segments of at most about a quarter turn each.

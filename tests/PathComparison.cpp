@@ -14,8 +14,11 @@ QString describe(const QPainterPath::Element& element)
 
 bool sameBits(double a, double b)
 {
-    return std::memcmp(&a, &b, sizeof a)
-           == 0; // NOLINT(bugprone-suspicious-memory-comparison): bits are meant
+    quint64 bitsOfA = 0;
+    quint64 bitsOfB = 0;
+    std::memcpy(&bitsOfA, &a, sizeof a);
+    std::memcpy(&bitsOfB, &b, sizeof b);
+    return bitsOfA == bitsOfB;
 }
 
 } // namespace

@@ -14,8 +14,15 @@ using Transform = lumo::AffineTransform<double>;
 
 namespace {
 
-const QPen no_pen = QPen(QColor());
-const QBrush no_brush = QBrush(QColor());
+QPen noPen()
+{
+    return QPen(QColor());
+}
+
+QBrush noBrush()
+{
+    return QBrush(QColor());
+}
 
 QPainterPath square(double x, double y, double size)
 {
@@ -85,7 +92,7 @@ private Q_SLOTS:
 
     void settersReplaceTheirPart()
     {
-        PainterPath shape(square(1, 2, 3), no_pen, no_brush, Transform());
+        PainterPath shape(square(1, 2, 3), noPen(), noBrush(), Transform());
         shape.setPath(square(4, 5, 6));
         shape.setPen(QPen(Qt::red));
         shape.setBrush(QBrush(Qt::blue));
@@ -102,7 +109,7 @@ private Q_SLOTS:
 
     void invalidColoursDrawNothing()
     {
-        const PainterPath shape(square(5, 5, 20), no_pen, no_brush, Transform());
+        const PainterPath shape(square(5, 5, 20), noPen(), noBrush(), Transform());
         QImage white(40, 40, QImage::Format_RGB32);
         white.fill(Qt::white);
         QCOMPARE(draw(shape), white);
@@ -117,10 +124,10 @@ private Q_SLOTS:
         const QColor white(Qt::white);
         QTest::newRow("stroke and fill")
             << QPen(Qt::red, 4) << QBrush(Qt::blue) << QColor(Qt::red) << QColor(Qt::blue);
-        QTest::newRow("stroke only") << QPen(Qt::red, 4) << no_brush << QColor(Qt::red) << white;
-        QTest::newRow("fill only") << no_pen << QBrush(Qt::blue) << white << QColor(Qt::blue);
+        QTest::newRow("stroke only") << QPen(Qt::red, 4) << noBrush() << QColor(Qt::red) << white;
+        QTest::newRow("fill only") << noPen() << QBrush(Qt::blue) << white << QColor(Qt::blue);
         QTest::newRow("fill of a brush without style, colour valid")
-            << no_pen << QBrush(Qt::blue, Qt::NoBrush) << white << white;
+            << noPen() << QBrush(Qt::blue, Qt::NoBrush) << white << white;
     }
 
     void whatIsDrawnFollowsTheValidityOfTheColours()
@@ -147,9 +154,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QPen>("pen");
         QTest::addColumn<QBrush>("brush");
-        QTest::newRow("stroke") << QPen(Qt::red, 4) << no_brush;
-        QTest::newRow("fill") << no_pen << QBrush(Qt::blue);
-        QTest::newRow("neither") << no_pen << no_brush;
+        QTest::newRow("stroke") << QPen(Qt::red, 4) << noBrush();
+        QTest::newRow("fill") << noPen() << QBrush(Qt::blue);
+        QTest::newRow("neither") << noPen() << noBrush();
     }
 
     void strokeOrFillAloneLeavesThePainterAsItWas()
@@ -168,7 +175,7 @@ private Q_SLOTS:
     void aShapeIsDrawnWhereItsTransformPutsIt()
     {
         const QImage image =
-            draw(PainterPath(square(0, 0, 10), no_pen, QBrush(Qt::blue), translation(20, 10)));
+            draw(PainterPath(square(0, 0, 10), noPen(), QBrush(Qt::blue), translation(20, 10)));
         QCOMPARE(image.pixelColor(5, 5), QColor(Qt::white));
         QCOMPARE(image.pixelColor(25, 15), QColor(Qt::blue));
     }
@@ -180,7 +187,7 @@ private Q_SLOTS:
         QPainterPath path = square(1, 2, 3);
         path.cubicTo(1, 2, 3, 4, -0.0, 6);
         path.setFillRule(Qt::WindingFill);
-        const PainterPath shape(path, no_pen, no_brush, Transform());
+        const PainterPath shape(path, noPen(), noBrush(), Transform());
         QCOMPARE(firstDifference(shape.getTransformedPath(), path), QString());
         QCOMPARE(dataOf(shape.getTransformedPath()), dataOf(shape.getPath()));
     }
@@ -192,7 +199,7 @@ private Q_SLOTS:
         path.lineTo(3, 4);
         path.cubicTo(5, 6, 7, 8, 9, 10);
         path.setFillRule(Qt::WindingFill);
-        const PainterPath shape(path, no_pen, no_brush, affine(2, 3, 5, 7, 11, 13));
+        const PainterPath shape(path, noPen(), noBrush(), affine(2, 3, 5, 7, 11, 13));
 
         QPainterPath expected;
         const auto mapped = [](double x, double y) {
@@ -218,7 +225,7 @@ private Q_SLOTS:
             0, 0, 1, 2,              //
             3, 4, 5, 6;
         const Transform transform(matrix);
-        const PainterPath shape(path, no_pen, no_brush, transform);
+        const PainterPath shape(path, noPen(), noBrush(), transform);
         for (int i = 0; i < path.elementCount(); ++i) {
             const Transform::Point expected = transform.map({path.elementAt(i).x, path.elementAt(i).y});
             QCOMPARE(shape.getTransformedPath().elementAt(i).x, expected.x());
@@ -230,7 +237,7 @@ private Q_SLOTS:
     {
         Eigen::Matrix<double, 4, 4> matrix = Eigen::Matrix<double, 4, 4>::Identity();
         matrix(0, 2) = std::numeric_limits<double>::infinity();
-        const PainterPath shape(square(0, 0, 1), no_pen, no_brush, Transform(matrix));
+        const PainterPath shape(square(0, 0, 1), noPen(), noBrush(), Transform(matrix));
         QVERIFY(std::isnan(shape.getTransformedPath().elementAt(0).x));
         QCOMPARE(shape.getTransformedPath().elementAt(0).y, 0.0);
     }
@@ -243,15 +250,15 @@ private Q_SLOTS:
         path.lineTo(1, 1);
         Eigen::Matrix<double, 4, 4> matrix = Eigen::Matrix<double, 4, 4>::Identity();
         QVERIFY(std::signbit(
-            PainterPath(path, no_pen, no_brush, Transform(matrix)).getTransformedPath().elementAt(0).x));
+            PainterPath(path, noPen(), noBrush(), Transform(matrix)).getTransformedPath().elementAt(0).x));
         matrix(3, 0) = -0.0;
         QVERIFY(!std::signbit(
-            PainterPath(path, no_pen, no_brush, Transform(matrix)).getTransformedPath().elementAt(0).x));
+            PainterPath(path, noPen(), noBrush(), Transform(matrix)).getTransformedPath().elementAt(0).x));
     }
 
     void aTransformReplacesTheOneBefore()
     {
-        PainterPath shape(square(0, 0, 1), no_pen, no_brush, translation(1, 1));
+        PainterPath shape(square(0, 0, 1), noPen(), noBrush(), translation(1, 1));
         shape.getTransformedPath();
         shape.setTransform(translation(10, 20));
         QCOMPARE(shape.getTransformedPath(), square(10, 20, 1));
@@ -281,7 +288,7 @@ private Q_SLOTS:
     {
         // Under the identity the mapped path shares the data of the path, so the owners can be counted.
         const QPainterPath path = square(0, 0, 10);
-        const PainterPath shape(path, no_pen, no_brush, Transform());
+        const PainterPath shape(path, noPen(), noBrush(), Transform());
         const int owners = ownersOf(path);
         draw(shape);
         QCOMPARE(ownersOf(path), owners);
@@ -293,7 +300,7 @@ private Q_SLOTS:
     {
         QPainterPath path;
         path.moveTo(1, 2);
-        const PainterPath shape(path, no_pen, no_brush, translation(3, 4));
+        const PainterPath shape(path, noPen(), noBrush(), translation(3, 4));
         QCOMPARE(QPointF(shape.getTransformedPath().elementAt(0)), QPointF(4, 6));
         QCOMPARE(QPointF(shape.getTransformedPath().elementAt(0)), QPointF(4, 6));
     }
@@ -310,14 +317,14 @@ private Q_SLOTS:
 
     void containsAsksForTheAreaInDrawingCoordinates()
     {
-        const PainterPath shape(square(0, 0, 10), no_pen, no_brush, translation(100, 0));
+        const PainterPath shape(square(0, 0, 10), noPen(), noBrush(), translation(100, 0));
         QVERIFY(shape.contains(QPointF(105, 5)));
         QVERIFY(!shape.contains(QPointF(5, 5)));
     }
 
     void theStrokePlaysNoPart()
     {
-        const PainterPath shape(square(10, 10, 10), QPen(Qt::red, 8), no_brush, Transform());
+        const PainterPath shape(square(10, 10, 10), QPen(Qt::red, 8), noBrush(), Transform());
         QVERIFY(!shape.contains(QPointF(8, 15)));
         QVERIFY(shape.contains(QPointF(15, 15)));
     }
@@ -337,7 +344,7 @@ private Q_SLOTS:
         QPainterPath path = square(0, 0, 30);
         path.addPath(square(10, 10, 10));
         path.setFillRule(rule);
-        const PainterPath shape(path, no_pen, no_brush, Transform());
+        const PainterPath shape(path, noPen(), noBrush(), Transform());
         QCOMPARE(shape.contains(QPointF(15, 15)), hit);
         QVERIFY(shape.contains(QPointF(5, 5)));
     }
