@@ -16,12 +16,12 @@ namespace {
 
 QPen noPen()
 {
-    return QPen(QColor());
+    return {QColor()};
 }
 
 QBrush noBrush()
 {
-    return QBrush(QColor());
+    return {QColor()};
 }
 
 QPainterPath square(double x, double y, double size)
