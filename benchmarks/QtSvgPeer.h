@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QtCore/QStringList>
+
+class QByteArray;
+
+/// Qt's SVG renderer, where it is installed, seen from outside only.
+namespace QtSvgPeer {
+
+bool isAvailable();
+
+/// Reads the document, draws nothing.
+void load(const QByteArray& document);
+
+/// Whether Qt gets the same outlines out of the path data as Quillet does, as far as their bounds show. It
+/// does not where arc flags are written together and where one of the two rejects something.
+bool readsAlike(const QStringList& data);
+
+} // namespace QtSvgPeer

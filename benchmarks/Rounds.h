@@ -1,0 +1,36 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// How all of our comparisons are made. One repetition of a benchmark is one round: every contender does the
+// same work once, one after the other, and each ratio is formed of times of the same round. So a machine that
+// slows down for a while slows down both sides. The figure to look at is the median over the rounds.
+
+struct Contender
+{
+    std::string name;
+    std::function<void()> work;
+};
+
+/// A ratio of two times, each the sum of contenders' times or the difference of two.
+struct Ratio
+{
+    std::string name;
+    std::string over;
+    std::string under;
+    std::string lessUnder = std::string(); ///< what is taken away from \a under; empty for nothing
+};
+
+/// Registers the benchmark \a name. Its counters are the time of each contender in milliseconds and, as
+/// "ratio NAME", each ratio.
+void compareInRounds(const std::string& name,
+                     const std::vector<Contender>& contenders,
+                     const std::vector<Ratio>& ratios,
+                     int rounds);
+
+/// Parses the command line, runs what was registered, and says how the program was built.
+int runRounds(int argc, char** argv);
