@@ -53,7 +53,8 @@ void report(benchmark::State& state,
         state.counters[name] = time;
     for (const Ratio& ratio : ratios) {
         const double less = ratio.lessUnder.empty() ? 0 : times.at(ratio.lessUnder);
-        state.counters["ratio " + ratio.name] = times.at(ratio.over) / (times.at(ratio.under) - less);
+        state.counters["ratio " + ratio.name] =
+            times.at(ratio.over) / ratio.overRepeats / (times.at(ratio.under) - less);
     }
 }
 

@@ -23,6 +23,7 @@ struct Ratio
     std::string over;
     std::string under;
     std::string lessUnder = std::string(); ///< what is taken away from \a under; empty for nothing
+    int overRepeats = 1;                   ///< how many times \a over does its work
 };
 
 /// Registers the benchmark \a name. Its counters are the time of each contender in milliseconds and, as

@@ -59,10 +59,15 @@ void readXml(const Texts& texts)
     }
 }
 
+constexpr int nesting_checks = 10;
+
+/// Several times in a row, because a text that has just been decoded is in the caches.
 void checkNesting(const Texts& texts)
 {
-    for (const QString& text : texts)
-        benchmark::DoNotOptimize(Quillet::isNestedDeeperThan(2000, text));
+    for (const QString& text : texts) {
+        for (int i = 0; i < nesting_checks; ++i)
+            benchmark::DoNotOptimize(Quillet::isNestedDeeperThan(2000, text));
+    }
 }
 
 void compareWithXml(const WorkSet& set)
@@ -81,7 +86,7 @@ void compareWithXml(const WorkSet& set)
                       [=] {
                           checkNesting(texts);
                       }}},
-                    {{"xml", "ours", "xml"}, {"nesting", "nesting", "xml"}},
+                    {{"xml", "ours", "xml"}, {"nesting", "nesting", "xml", "", nesting_checks}},
                     11);
 }
 
