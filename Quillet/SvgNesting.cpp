@@ -39,14 +39,13 @@ int closingQuote(const QString& text, int quote)
 /// The index of the ">" of the start tag that has begun before \a index.
 int endOfStartTag(const QString& text, int index)
 {
-    for (; index < text.size(); ++index) {
-        const QChar unit = text.at(index);
-        if (unit == QLatin1Char('>'))
-            return index;
-        if (isQuote(unit))
+    const QChar* const units = text.constData();
+    const int size = text.size();
+    for (; index < size && units[index] != QLatin1Char('>'); ++index) {
+        if (isQuote(units[index]))
             index = closingQuote(text, index);
     }
-    return text.size();
+    return qMin(index, size);
 }
 
 /// The index of the "]" of an internal subset, provided that none of its entities can hold markup: that they
@@ -118,12 +117,33 @@ int endOfOtherMarkup(const QString& text, int index)
     return unclear;
 }
 
+/// The index of the first start tag. All entities are declared before it.
+int beginOfRoot(const QString& text)
+{
+    int index = text.indexOf(QLatin1Char('<'));
+    while (unitAt(text, index + 1) == QLatin1Char('!') || unitAt(text, index + 1) == QLatin1Char('?')) {
+        index = endOfOtherMarkup(text, index);
+        if (index == unclear)
+            return unclear;
+        index = endOr(text.indexOf(QLatin1Char('<'), index), text);
+    }
+    return endOr(index, text);
+}
+
 /// Goes from "<" to "<". Where the text is no XML, Qt's reader stops; what is counted behind that point does
 /// no harm. In particular, it stops at a "<" in an attribute.
 Nesting nestingByTags(int limit, const QString& text)
 {
+    constexpr int shortest_tag = 3; // "<g>"
+
+    int index = beginOfRoot(text);
+    if (index == unclear)
+        return Nesting::Unclear;
+    if (text.size() - index <= shortest_tag * limit)
+        return Nesting::Shallow;
+
     int depth = 0;
-    int index = text.indexOf(QLatin1Char('<'));
+    index = text.indexOf(QLatin1Char('<'), index);
     while (index >= 0) {
         const QChar kind = unitAt(text, index + 1);
         if (kind == QLatin1Char('/')) {

@@ -7,7 +7,6 @@
 #include <charconv>
 #include <climits>
 #include <cmath>
-#include <vector>
 
 namespace {
 
@@ -35,10 +34,14 @@ public:
             ++m_position;
     }
 
-    void skipComma()
+    /// White space, with one comma anywhere in it.
+    void skipSeparator()
     {
-        if (*m_position == QLatin1Char(','))
+        skipSpaces();
+        if (*m_position == QLatin1Char(',')) {
             ++m_position;
+            skipSpaces();
+        }
     }
 
     /// Takes a token and reads it as a number. What a token that is no number took stays taken.
@@ -147,8 +150,18 @@ void Cursor::takeDigits()
         ++m_position;
 }
 
+/// Whether a token that starts with \a unit takes nothing for sure: what mostly follows the last number of a
+/// command is the letter of the next.
+bool cannotBeginToken(ushort unit)
+{
+    return unit >= 'A' && unit <= 0x7f && unit != 'e' && unit != 'E';
+}
+
 bool Cursor::takeNumber(double& number)
 {
+    if (cannotBeginToken(m_position->unicode()))
+        return false;
+
     // Where double arithmetic has excess precision, a quotient is rounded twice.
     if (FLT_EVAL_METHOD == 0 && takeShortDecimal(number))
         return true;
@@ -302,7 +315,7 @@ void appendArc(QPainterPath& path, const Arc& arc)
 class PathBuilder
 {
 public:
-    explicit PathBuilder(QPainterPath& path) : m_path(path) { m_numbers.reserve(8); }
+    explicit PathBuilder(QPainterPath& path) : m_path(path) {}
 
     /// Begins a command, which need not exist as long as it gets no number.
     void beginCommand(QChar letter);
@@ -351,8 +364,9 @@ private:
     QPainterPath& m_path;
     const Command* m_command = nullptr; ///< null where there is none of that letter
     bool m_relative = false;
-    std::vector<double> m_numbers; ///< of the group that is not complete yet
-    QPointF m_base;                ///< of the group being carried out: (0, 0) or the current point
+    std::array<double, 7> m_numbers = {}; ///< of the group that is not complete yet
+    std::size_t m_numberCount = 0;
+    QPointF m_base; ///< of the group being carried out: (0, 0) or the current point
     QPointF m_currentPoint;
     QPointF m_subpathStart;
     QPointF m_lastControlPoint;
@@ -373,11 +387,17 @@ const PathBuilder::Command* PathBuilder::find(QChar letter)
         {'a', 7, &PathBuilder::arcTo},
         {'z', 1, &PathBuilder::closeSubpath},
     }};
-    for (const Command& command : commands) {
-        if ((letter.unicode() | 0x20) == command.letter)
-            return &command;
-    }
-    return nullptr;
+    // For each ASCII character the place of its command in the table, counted from 1.
+    static constexpr std::array<quint8, 128> places = [] {
+        std::array<quint8, 128> result = {};
+        for (std::size_t i = 0; i < commands.size(); ++i)
+            result[std::size_t(commands[i].letter)] = quint8(i + 1);
+        return result;
+    }();
+
+    const std::size_t lowerCase = letter.unicode() | 0x20u;
+    const std::size_t place = lowerCase < places.size() ? places[lowerCase] : 0;
+    return place > 0 ? &commands[place - 1] : nullptr;
 }
 
 void PathBuilder::beginCommand(QChar letter)
@@ -390,8 +410,8 @@ bool PathBuilder::addNumber(double number)
 {
     if (!m_command)
         return false;
-    m_numbers.push_back(number);
-    if (m_numbers.size() == m_command->arity)
+    m_numbers[m_numberCount++] = number;
+    if (m_numberCount == m_command->arity)
         carryOutGroup();
     return true;
 }
@@ -404,16 +424,16 @@ void PathBuilder::endCommand()
         addNumber(0.0);
 
     // A group that is too short draws nothing, but what follows sees its command all the same.
-    if (!m_numbers.empty())
+    if (m_numberCount > 0)
         m_lastCommand = m_command->letter;
-    m_numbers.clear();
+    m_numberCount = 0;
 }
 
 void PathBuilder::carryOutGroup()
 {
     m_base = m_relative ? m_currentPoint : QPointF();
     (this->*m_command->handler)(m_numbers.data());
-    m_numbers.clear();
+    m_numberCount = 0;
     m_lastCommand = m_command->letter;
     if (m_command->letter == 'm')
         m_command = find(QLatin1Char('l')); // the pairs after the first are linetos
@@ -526,9 +546,7 @@ bool parseSvgPathData(const QString& data, QPainterPath& path)
         while (cursor.takeNumber(number)) {
             if (!builder.addNumber(number))
                 return false;
-            cursor.skipSpaces();
-            cursor.skipComma();
-            cursor.skipSpaces();
+            cursor.skipSeparator();
         }
         builder.endCommand();
     }
