@@ -15,15 +15,13 @@ namespace {
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 /// Has the process keep what it frees. Giving pages back and faulting them in again costs more than most of
-/// what is measured here. And has it join small pieces as they are freed: else glibc leaves them for the next
-/// larger piece that is freed, and so one contender tidies up after another.
+/// what is measured here.
 void keepMemory()
 {
 #ifdef __GLIBC__
     constexpr int one_gigabyte = 1 << 30;
     mallopt(M_MMAP_THRESHOLD, one_gigabyte);
     mallopt(M_TRIM_THRESHOLD, one_gigabyte);
-    mallopt(M_MXFAST, 0);
 #endif
 }
 
@@ -34,6 +32,8 @@ std::map<std::string, double> runRound(const std::vector<Contender>& contenders)
         const auto start = std::chrono::steady_clock::now();
         contender.work();
         times[contender.name] = Milliseconds(std::chrono::steady_clock::now() - start).count();
+        if (contender.cleanUp)
+            contender.cleanUp();
     }
     return times;
 }

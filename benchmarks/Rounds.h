@@ -14,6 +14,7 @@ struct Contender
 {
     std::string name;
     std::function<void()> work;
+    std::function<void()> cleanUp = nullptr; ///< done after each round and not measured; may be empty
 };
 
 /// A ratio of two times, each the sum of contenders' times or the difference of two.
