@@ -1,13 +1,24 @@
 #include "GalleryPage.h"
 #include "GalleryWindow.h"
 #include "Pictures.h"
+#include "ShapeList.h"
 #include "TestCase.h"
+#include "VectorCanvas.h"
+#include "VectorPage.h"
 
+#include <Quillet/PainterPathContainer.h>
+
+#include <QtCore/QMimeData>
 #include <QtCore/QTemporaryDir>
 #include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QSlider>
+
+#include <cmath>
 
 namespace {
 
@@ -24,6 +35,86 @@ void click(const QWidget& window, const QString& text)
 QStringList logOf(const QWidget& window)
 {
     return window.findChild<QPlainTextEdit*>()->toPlainText().split(QLatin1Char('\n'));
+}
+
+// The little square lies over a corner of the large one.
+const char* const two_squares = "<svg><path d='M 0,0 H 90 V 90 H 0 Z' fill='#336699'/>"
+                                "<path d='M 70,70 H 100 V 100 H 70 Z' fill='none' stroke='red' "
+                                "stroke-width='2' stroke-opacity='0.5'/></svg>";
+
+/// The gallery with one document open, laid out as if it were shown, and the parts of its vector page.
+struct OpenedDocument
+{
+    explicit OpenedDocument(const QByteArray& content)
+    {
+        QFile file(fileName());
+        if (file.open(QIODevice::WriteOnly))
+            file.write(content);
+        file.close();
+        window.openFile(fileName());
+        picture(window);
+    }
+
+    QString fileName() const { return directory.filePath(QStringLiteral("document.svg")); }
+
+    QString report() const { return page->findChild<QLabel*>(QStringLiteral("report"))->text(); }
+
+    /// What the list says of a shape, from column to column.
+    QStringList row(int shape) const
+    {
+        QStringList result;
+        for (int column = 0; column < list->columnCount(); ++column)
+            result.append(list->topLevelItem(shape)->text(column));
+        return result;
+    }
+
+    int selectedShape() const
+    {
+        const QList<QTreeWidgetItem*> selected = list->selectedItems();
+        return selected.size() == 1 ? list->indexOfTopLevelItem(selected.first()) : -1;
+    }
+
+    /// Where the canvas shows a point of the document.
+    QPointF onCanvas(double x, double y) const
+    {
+        const auto& shape = canvas->picture().getPaths().front();
+        const auto point = shape->getTransform().map({x, y});
+        return {point.x(), point.y()};
+    }
+
+    void sendMouse(QEvent::Type type, const QPointF& position, Qt::MouseButton button = Qt::NoButton) const
+    {
+        const Qt::MouseButtons buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : button;
+        QMouseEvent event(type, position, button, buttons, Qt::NoModifier);
+        QApplication::sendEvent(canvas, &event);
+    }
+
+    void hover(const QPointF& position) const { sendMouse(QEvent::MouseMove, position); }
+
+    /// Turns the wheel by so many notches away from the user.
+    void turnWheel(const QPointF& position, int notches) const
+    {
+        QWheelEvent event(position,
+                          canvas->mapToGlobal(position.toPoint()),
+                          QPoint(),
+                          QPoint(0, 120 * notches),
+                          Qt::NoButton,
+                          Qt::NoModifier,
+                          Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(canvas, &event);
+    }
+
+    QTemporaryDir directory;
+    GalleryWindow window;
+    VectorPage* page = window.findChild<VectorPage*>();
+    VectorCanvas* canvas = page->findChild<VectorCanvas*>();
+    ShapeList* list = page->findChild<ShapeList*>();
+};
+
+bool isNear(const QPointF& one, const QPointF& other)
+{
+    return (one - other).manhattanLength() < 1e-6;
 }
 
 } // namespace
@@ -83,6 +174,244 @@ private Q_SLOTS:
         QVERIFY(!window);
     }
 
+    void everySampleIsReadAndShown()
+    {
+        GalleryWindow window;
+        const auto* page = window.findChild<VectorPage*>();
+        auto* const documents = page->findChild<QComboBox*>();
+        int samples = 0;
+        for (int i = 0; i < documents->count(); ++i) {
+            if (documents->itemText(i).isEmpty())
+                continue; // a separator
+            documents->setCurrentIndex(i);
+            const int shapes = page->findChild<ShapeList*>()->topLevelItemCount();
+            const QString report = page->findChild<QLabel*>(QStringLiteral("report"))->text();
+            QVERIFY2(shapes > 0, qPrintable(report));
+            QVERIFY2(report.startsWith(QStringLiteral("Read ")), qPrintable(report));
+            ++samples;
+        }
+        QCOMPARE(samples, 8);
+    }
+
+    void aFileToOpenIsShownOnTheVectorPage()
+    {
+        const OpenedDocument opened(two_squares);
+        QVERIFY(opened.page->isVisibleTo(&opened.window));
+        QCOMPARE(opened.canvas->picture().getPaths().size(), std::size_t(2));
+        QCOMPARE(opened.page->findChild<QComboBox*>()->currentText(), QStringLiteral("document.svg"));
+    }
+
+    void theShapesOfADocumentAreListed()
+    {
+        const OpenedDocument opened(two_squares);
+        QCOMPARE(opened.list->topLevelItemCount(), 2);
+        QCOMPARE(opened.row(0),
+                 QStringList({QStringLiteral("0"),
+                              QStringLiteral("5"),
+                              QStringLiteral("no stroke"),
+                              QStringLiteral("#336699")}));
+        QCOMPARE(opened.row(1),
+                 QStringList({QStringLiteral("1"),
+                              QStringLiteral("5"),
+                              QStringLiteral("#ff0000, 50 %, 2 wide"),
+                              QStringLiteral("no fill")}));
+    }
+
+    void aReportTellsWhatWasRead_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("report");
+        QTest::addColumn<int>("shapes");
+        QTest::newRow("two shapes") << QByteArray(two_squares) << QStringLiteral("Read 2 shapes from %1")
+                                    << 2;
+        QTest::newRow("one shape") << QByteArray("<svg><path d='M 0,0 H 9'/></svg>")
+                                   << QStringLiteral("Read 1 shape from %1") << 1;
+        QTest::newRow("no shape") << QByteArray("<svg/>") << QStringLiteral("Read no shape from %1") << 0;
+        QTest::newRow("no XML") << QByteArray("harbour")
+                                << QStringLiteral("Refused %1 after reading no shape") << 0;
+        QTest::newRow("the second path is wrong")
+            << QByteArray("<svg><path d='M 0,0 H 9 V 9'/><path d='?1'/><path d='M 0,0 H 9'/></svg>")
+            << QStringLiteral("Refused %1 after reading 1 shape") << 1;
+    }
+
+    void aReportTellsWhatWasRead()
+    {
+        QFETCH(const QByteArray, content);
+        QFETCH(const QString, report);
+        QFETCH(const int, shapes);
+        const OpenedDocument opened(content);
+        QCOMPARE(opened.report(), report.arg(QDir::toNativeSeparators(opened.fileName())));
+        QCOMPARE(opened.list->topLevelItemCount(), shapes);
+    }
+
+    void aFileThatIsMissingIsReported()
+    {
+        OpenedDocument opened(two_squares);
+        const QString missing = opened.directory.filePath(QStringLiteral("missing.svg"));
+        opened.window.openFile(missing);
+        QCOMPARE(opened.report(), QStringLiteral("Cannot open ") + QDir::toNativeSeparators(missing));
+        QCOMPARE(opened.list->topLevelItemCount(), 0);
+    }
+
+    void aFileOpenedAgainIsReadAgain()
+    {
+        OpenedDocument opened(two_squares);
+        const int entries = opened.page->findChild<QComboBox*>()->count();
+        QVERIFY(QFile::remove(opened.fileName()));
+        opened.window.openFile(opened.fileName());
+        QCOMPARE(opened.list->topLevelItemCount(), 0);
+        QCOMPARE(opened.page->findChild<QComboBox*>()->count(), entries);
+    }
+
+    void aFileDroppedOnThePageIsOpened()
+    {
+        GalleryWindow window;
+        auto* const page = window.findChild<VectorPage*>();
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QStringLiteral("/nowhere/dropped.svg"))});
+        QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(page, &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(page, &drop);
+        QCOMPARE(page->findChild<QComboBox*>()->currentText(), QStringLiteral("dropped.svg"));
+    }
+
+    void whatIsNoFileOfThisMachineCannotBeDropped()
+    {
+        GalleryWindow window;
+        QMimeData data;
+        data.setUrls({QUrl(QStringLiteral("https://harbour.example/boat.svg"))});
+        QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window.findChild<VectorPage*>(), &enter);
+        QVERIFY(!enter.isAccepted());
+    }
+
+    void thePictureIsFittedToTheMiddleOfTheCanvas()
+    {
+        const OpenedDocument opened(two_squares);
+        QVERIFY(isNear(opened.onCanvas(50, 50), QRectF(opened.canvas->rect()).center()));
+        QVERIFY(opened.canvas->rect().contains(opened.onCanvas(0, 0).toPoint()));
+        QVERIFY(opened.canvas->rect().contains(opened.onCanvas(100, 100).toPoint()));
+        const double room = qMin(opened.canvas->width(), opened.canvas->height()) / 100.0;
+        QVERIFY(opened.canvas->view().scale() > 0.8 * room);
+    }
+
+    void aPictureOfAnyExtentCanBeShown_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::newRow("none") << QByteArray();
+        QTest::newRow("a point") << QByteArray("M 5,5");
+        QTest::newRow("a level line") << QByteArray("M 5,5 H 9");
+        QTest::newRow("wider than a double") << QByteArray("M -1e308,0 H 1e308 V 9 Z");
+        QTest::newRow("tiny") << QByteArray("M 0,0 H 1e-300 V 1e-300 Z");
+    }
+
+    void aPictureOfAnyExtentCanBeShown()
+    {
+        QFETCH(const QByteArray, data);
+        const OpenedDocument opened("<svg><path d='" + data + "' stroke='red'/></svg>");
+        QCOMPARE(opened.list->topLevelItemCount(), 1);
+        QVERIFY(opened.canvas->view().scale() > 0);
+        QVERIFY(std::isfinite(opened.canvas->view().scale()));
+    }
+
+    void hoveringLightsUpTheTopmostShape()
+    {
+        const OpenedDocument opened(two_squares);
+        opened.hover(opened.onCanvas(20, 20));
+        QCOMPARE(opened.canvas->litShape(), 0);
+        opened.hover(opened.onCanvas(80, 80)); // both squares are here
+        QCOMPARE(opened.canvas->litShape(), 1);
+        opened.hover(opened.onCanvas(95, 20));
+        QCOMPARE(opened.canvas->litShape(), -1);
+    }
+
+    void theLitShapeIsPaintedInAnotherColour()
+    {
+        const OpenedDocument opened(two_squares);
+        const QPoint inside = opened.onCanvas(20, 20).toPoint();
+        QCOMPARE(opened.canvas->grab().toImage().pixelColor(inside), QColor(QStringLiteral("#336699")));
+        opened.hover(inside);
+        QVERIFY(opened.canvas->grab().toImage().pixelColor(inside) != QColor(QStringLiteral("#336699")));
+    }
+
+    void theListFollowsThePointer()
+    {
+        const OpenedDocument opened(two_squares);
+        opened.hover(opened.onCanvas(20, 20));
+        QCOMPARE(opened.selectedShape(), 0);
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(opened.canvas, &leave);
+        QCOMPARE(opened.selectedShape(), -1);
+        QCOMPARE(opened.canvas->litShape(), -1);
+    }
+
+    void theCanvasFollowsTheList()
+    {
+        const OpenedDocument opened(two_squares);
+        opened.list->topLevelItem(1)->setSelected(true);
+        QCOMPARE(opened.canvas->litShape(), 1);
+        opened.list->clearSelection();
+        QCOMPARE(opened.canvas->litShape(), -1);
+    }
+
+    void anotherDocumentHasNoLitShape()
+    {
+        OpenedDocument opened(two_squares);
+        opened.list->topLevelItem(1)->setSelected(true);
+        opened.window.openFile(QStringLiteral("/nowhere/missing.svg"));
+        QCOMPARE(opened.canvas->litShape(), -1);
+    }
+
+    void theWheelZoomsAtThePointer()
+    {
+        const OpenedDocument opened(two_squares);
+        const QPointF pointer = opened.onCanvas(20, 20);
+        const double scale = opened.canvas->view().scale();
+        opened.turnWheel(pointer, 2);
+        QVERIFY(qFuzzyCompare(opened.canvas->view().scale(), scale * 1.44));
+        QVERIFY(isNear(opened.onCanvas(20, 20), pointer));
+    }
+
+    void zoomingBringsAnotherShapeUnderThePointer()
+    {
+        const OpenedDocument opened(two_squares);
+        const QPointF pointer = opened.onCanvas(10, 10);
+        opened.hover(pointer);
+        QCOMPARE(opened.canvas->litShape(), 0);
+        for (int i = 0; i < 3; ++i)
+            click(*opened.page, QStringLiteral("−"));
+        QCOMPARE(opened.canvas->shapeAt(pointer), -1);
+        QCOMPARE(opened.canvas->litShape(), -1);
+        click(*opened.page, QStringLiteral("Fit"));
+        QCOMPARE(opened.canvas->litShape(), 0);
+    }
+
+    void rotatingBringsAnotherShapeUnderThePointer()
+    {
+        const OpenedDocument opened(two_squares);
+        const QPointF pointer = opened.onCanvas(80, 80);
+        opened.hover(pointer);
+        QCOMPARE(opened.canvas->litShape(), 1);
+        opened.page->findChild<QSlider*>()->setValue(90); // the small square goes to the lower left
+        QVERIFY(isNear(opened.onCanvas(80, 20), pointer));
+        QCOMPARE(opened.canvas->shapeAt(pointer), 0);
+        QCOMPARE(opened.selectedShape(), 0);
+    }
+
+    void draggingMovesThePicture()
+    {
+        const OpenedDocument opened(two_squares);
+        const QPointF start = opened.onCanvas(20, 20);
+        const QPointF distance(30, -10);
+        opened.sendMouse(QEvent::MouseButtonPress, start, Qt::LeftButton);
+        opened.sendMouse(QEvent::MouseMove, start + distance, Qt::LeftButton);
+        opened.sendMouse(QEvent::MouseButtonRelease, start + distance, Qt::LeftButton);
+        opened.hover(start);
+        QVERIFY(isNear(opened.onCanvas(20, 20), start + distance));
+    }
+
     void everyPageAndEveryDialogIsPainted()
     {
         const QTemporaryDir directory;
@@ -98,6 +427,8 @@ private Q_SLOTS:
         };
         for (const GalleryPage* page : window.pages())
             expected.append(QStringLiteral("page-%1.png").arg(page->name()));
+        for (const char* const sample : {"harbour", "rosette", "strokes", "teacup"})
+            expected.append(QStringLiteral("vector-%1.png").arg(QLatin1String(sample)));
         const QDir written(directory.filePath(QStringLiteral("new")));
         QCOMPARE(written.entryList(QDir::Files, QDir::Name), expected);
         for (const QString& fileName : expected) {

@@ -1,13 +1,14 @@
 #include "GalleryWindow.h"
 
 #include "DialogsPage.h"
+#include "VectorPage.h"
 
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QStackedWidget>
 
 GalleryWindow::GalleryWindow(QWidget* parent)
-    : QMainWindow(parent), m_list(new QListWidget), m_stack(new QStackedWidget)
+    : QMainWindow(parent), m_list(new QListWidget), m_stack(new QStackedWidget), m_vectorPage(new VectorPage)
 {
     setWindowTitle(QStringLiteral("Quillet gallery"));
 
@@ -20,6 +21,7 @@ GalleryWindow::GalleryWindow(QWidget* parent)
 
     connect(m_list, &QListWidget::currentRowChanged, m_stack, &QStackedWidget::setCurrentIndex);
     addPage(new DialogsPage);
+    addPage(m_vectorPage);
     showPage(m_pages.first());
     resize(1100, 640);
 }
@@ -32,6 +34,12 @@ const QVector<GalleryPage*>& GalleryWindow::pages() const
 void GalleryWindow::showPage(GalleryPage* page)
 {
     m_list->setCurrentRow(m_pages.indexOf(page));
+}
+
+void GalleryWindow::openFile(const QString& fileName)
+{
+    showPage(m_vectorPage);
+    m_vectorPage->open(fileName);
 }
 
 void GalleryWindow::addPage(GalleryPage* page)

@@ -6,6 +6,7 @@
 class GalleryPage;
 class QListWidget;
 class QStackedWidget;
+class VectorPage;
 
 /// The gallery's window: a list of pages and the page chosen in it.
 class GalleryWindow : public QMainWindow
@@ -20,10 +21,14 @@ public:
 
     void showPage(GalleryPage* page);
 
+    /// Shows the SVG file \a fileName on the page for such files, which says so if that fails.
+    void openFile(const QString& fileName);
+
 private:
     void addPage(GalleryPage* page);
 
     QVector<GalleryPage*> m_pages;
     QListWidget* m_list;
     QStackedWidget* m_stack;
+    VectorPage* m_vectorPage;
 };

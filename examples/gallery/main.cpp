@@ -20,17 +20,25 @@ int main(int argc, char** argv)
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOption(screenshots);
+    parser.addPositionalArgument(
+        QStringLiteral("file"), QStringLiteral("An SVG file to show."), QStringLiteral("[file]"));
     parser.process(application);
 
-    if (parser.isSet(screenshots)) {
+    const QStringList files = parser.positionalArguments();
+    if (files.size() > 1)
+        parser.showHelp(1);
+    const bool writes = parser.isSet(screenshots);
+    if (writes) {
         // The same pictures on every machine that has the dialogs' font.
         QApplication::setStyle(QStringLiteral("Fusion"));
         QApplication::setFont(QFont(QStringLiteral("Open Sans"), 9));
-        GalleryWindow window;
-        return writePictures(window, parser.value(screenshots)) ? 0 : 1;
     }
 
     GalleryWindow window;
+    if (!files.isEmpty())
+        window.openFile(files.first());
+    if (writes)
+        return writePictures(window, parser.value(screenshots)) ? 0 : 1;
     window.show();
     return QApplication::exec();
 }
