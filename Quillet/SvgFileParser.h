@@ -26,8 +26,9 @@ QUILLET_EXPORT bool parseSvgFile(const QString& fileName, PainterPathContainer& 
 /// Shapes are filled black without a stroke where nothing else is said, by the odd-even rule. Each has the
 /// identity for its transform; place the picture with PainterPathContainer::setTransform().
 ///
-/// Nothing is fetched from a file or a network. A document whose elements are nested more than 2000 deep is
-/// refused before it is read, because reading such a document would use up the stack.
+/// Nothing is fetched from a file or a network. A document whose elements, or the parentheses of whose
+/// content models, are nested more than 2000 deep is refused before it is read, because reading such a
+/// document would use up the stack. Up to that depth reading takes up to 700 KiB of stack.
 ///
 /// \return false when the text is not well-formed, has no root "svg" or is nested too deep: then \a container
 ///         is untouched. Also false when the data or an attribute of a path is rejected: the shapes before

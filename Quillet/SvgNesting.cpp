@@ -50,10 +50,11 @@ int endOfStartTag(const QString& text, int index)
 
 /// The index of the "]" of an internal subset, provided that none of its entities can hold markup: that they
 /// have no "<" in them, no character reference that may stand for one, and no parameter entity is in play.
+/// There must be no content model either, which is nested by parentheses.
 int endOfPlainSubset(const QString& text, int index)
 {
     const auto isRisky = [](QChar unit) {
-        return unit == QLatin1Char('&') || unit == QLatin1Char('%');
+        return unit == QLatin1Char('&') || unit == QLatin1Char('%') || unit == QLatin1Char('(');
     };
 
     for (; index < text.size(); ++index) {
@@ -165,6 +166,26 @@ Nesting nestingByTags(int limit, const QString& text)
     return Nesting::Shallow;
 }
 
+/// Qt's reader calls itself for each parenthesis of a content model, too. Models are looked for everywhere,
+/// because a parameter entity may hold one.
+bool isContentModelDeeperThan(int limit, const QString& text)
+{
+    const QLatin1String declaration("<!ELEMENT");
+    for (int index = text.indexOf(declaration); index >= 0; index = text.indexOf(declaration, index)) {
+        int depth = 0;
+        for (index += declaration.size(); index < text.size(); ++index) {
+            const QChar unit = text.at(index);
+            if (unit == QLatin1Char('<') || unit == QLatin1Char('>'))
+                break;
+            if (unit == QLatin1Char(')'))
+                --depth;
+            if (unit == QLatin1Char('(') && ++depth > limit)
+                return true;
+        }
+    }
+    return false;
+}
+
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED // no other reader would do: QDomDocument reads with this one
 
@@ -225,7 +246,7 @@ bool isNestedDeeperThan(int limit, const QString& text)
 {
     const Nesting nesting = nestingByTags(limit, text);
     if (nesting == Nesting::Unclear)
-        return isNestedDeeperByReading(limit, text);
+        return isContentModelDeeperThan(limit, text) || isNestedDeeperByReading(limit, text);
     return nesting == Nesting::Deep;
 }
 

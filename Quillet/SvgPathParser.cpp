@@ -391,7 +391,7 @@ const PathBuilder::Command* PathBuilder::find(QChar letter)
     static constexpr std::array<quint8, 128> places = [] {
         std::array<quint8, 128> result = {};
         for (std::size_t i = 0; i < commands.size(); ++i)
-            result[std::size_t(commands[i].letter)] = quint8(i + 1);
+            result[static_cast<unsigned char>(commands[i].letter)] = quint8(i + 1);
         return result;
     }();
 

@@ -150,6 +150,25 @@ private Q_SLOTS:
         QCOMPARE(painter.brush(), QBrush(Qt::blue));
     }
 
+    void stylesDoNotDecideWhatIsDrawn_data()
+    {
+        QTest::addColumn<QPen>("pen");
+        QTest::addColumn<QBrush>("brush");
+        QTest::newRow("a pen without a line") << QPen(Qt::red, 4, Qt::NoPen) << QBrush(Qt::blue);
+        QTest::newRow("a brush without a pattern") << QPen(Qt::red, 4) << QBrush(Qt::blue, Qt::NoBrush);
+    }
+
+    void stylesDoNotDecideWhatIsDrawn()
+    {
+        QFETCH(QPen, pen);
+        QFETCH(QBrush, brush);
+        QImage image(10, 10, QImage::Format_RGB32);
+        QPainter painter(&image);
+        PainterPath(square(1, 1, 5), pen, brush, Transform()).draw(painter);
+        QCOMPARE(painter.pen(), pen);
+        QCOMPARE(painter.brush(), brush);
+    }
+
     void strokeOrFillAloneLeavesThePainterAsItWas_data()
     {
         QTest::addColumn<QPen>("pen");
@@ -226,11 +245,12 @@ private Q_SLOTS:
             3, 4, 5, 6;
         const Transform transform(matrix);
         const PainterPath shape(path, noPen(), noBrush(), transform);
+        QPainterPath expected = path;
         for (int i = 0; i < path.elementCount(); ++i) {
-            const Transform::Point expected = transform.map({path.elementAt(i).x, path.elementAt(i).y});
-            QCOMPARE(shape.getTransformedPath().elementAt(i).x, expected.x());
-            QCOMPARE(shape.getTransformedPath().elementAt(i).y, expected.y());
+            const Transform::Point mapped = transform.map({path.elementAt(i).x, path.elementAt(i).y});
+            expected.setElementPositionAt(i, mapped.x(), mapped.y());
         }
+        QCOMPARE(firstDifference(shape.getTransformedPath(), expected), QString());
     }
 
     void anInfiniteThirdColumnIsNotLeftOut()
@@ -270,13 +290,16 @@ private Q_SLOTS:
     {
         PainterPath shape(square(0, 0, 10), QPen(Qt::red), QBrush(Qt::blue), translation(3, 4));
         draw(shape);
-        const void* const mapped = dataOf(shape.getTransformedPath());
+        // Held, so that a new one could not get its place in memory.
+        const QPainterPath mapped = shape.getTransformedPath();
         draw(shape);
         shape.contains(QPointF(5, 5));
         shape.setPen(QPen(Qt::green));
+        QCOMPARE(dataOf(shape.getTransformedPath()), dataOf(mapped));
         shape.setBrush(QBrush(Qt::yellow));
+        QCOMPARE(dataOf(shape.getTransformedPath()), dataOf(mapped));
         draw(shape);
-        QCOMPARE(dataOf(shape.getTransformedPath()), mapped);
+        QCOMPARE(dataOf(shape.getTransformedPath()), dataOf(mapped));
 
         shape.setPath(square(1, 1, 2));
         QCOMPARE(shape.getTransformedPath(), square(4, 5, 2));

@@ -102,7 +102,9 @@ private Q_SLOTS:
         PainterPathContainer container;
         container.appendPath(square(0, 0, Qt::red));
         container.appendPath(square(20, 20, Qt::blue));
+        container.appendPath(square(40, 40, Qt::green));
         QVERIFY(container.contains(QPointF(5, 5)));
+        QVERIFY(container.contains(QPointF(45, 45)));
         QVERIFY(container.contains(QPointF(25, 25)));
         QVERIFY(!container.contains(QPointF(15, 15)));
         container.setTransform(translation(10, 10));

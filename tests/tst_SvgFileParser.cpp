@@ -114,6 +114,10 @@ private Q_SLOTS:
                               "1.1//EN' 'svg11.dtd'>")
                    + document(path())
             << true << 1;
+        QTest::newRow("a content model in the document type")
+            << QStringLiteral("<!DOCTYPE svg [<!ELEMENT svg ((g|path)*)><!ATTLIST g a (b|c) 'b'>]>")
+                   + document(path())
+            << true << 1;
         QTest::newRow("elements from an entity")
             << QStringLiteral("<!DOCTYPE svg [<!ENTITY p \"%1\">]>").arg(path())
                    + document(QStringLiteral("&p;&p;"))
@@ -315,6 +319,11 @@ private Q_SLOTS:
             "fill='#00ff0000' stroke='transparent'",
             "#ffff0000",
             "#ff000000");
+        row("an opacity alone leaves the inherited alpha, too",
+            "fill='red' fill-opacity='0.5'",
+            "opacity='1'",
+            "#80ff0000",
+            "none");
         row("the order in the document does not matter",
             "",
             "fill='red' fill-opacity='0.5' opacity='0.5'",
@@ -443,6 +452,7 @@ private Q_SLOTS:
         expectMessage(QStringLiteral("QPen::setWidthF: Setting a pen width that is out of range"));
         const Reading reading(document(path(QStringLiteral("stroke-width='-2'"))));
         QVERIFY(reading.accepted);
+        QCOMPARE(reading.shape().getPen().widthF(), 1.0);
     }
 
     void capsJoinsAndMiterLimitsAreRead_data()
@@ -488,6 +498,32 @@ private Q_SLOTS:
         QCOMPARE(colorName(shape.getBrush().color()), QStringLiteral("#800000ff"));
         QCOMPARE(colorName(shape.getPen().color()), QStringLiteral("#80ff0000"));
         QCOMPARE(shape.getPen().widthF(), 1.0);
+        QCOMPARE(shape.getPen().capStyle(), Qt::FlatCap);
+        QCOMPARE(shape.getPen().joinStyle(), Qt::MiterJoin);
+        QCOMPARE(shape.getPen().miterLimit(), 4.0);
+    }
+
+    void eachRejectedAttributeLeavesTheNextOnesUnread_data()
+    {
+        QTest::addColumn<QString>("attributes");
+        // The second attribute of each row comes behind the first in the reading order.
+        QTest::newRow("opacity, fill") << QStringLiteral("opacity='x' fill='red'");
+        QTest::newRow("fill-opacity, fill") << QStringLiteral("fill-opacity='x' fill='red'");
+        QTest::newRow("fill-rule, stroke") << QStringLiteral("fill-rule='x' stroke='red'");
+        QTest::newRow("stroke-opacity, stroke") << QStringLiteral("stroke-opacity='x' stroke='red'");
+        QTest::newRow("stroke-width, linecap") << QStringLiteral("stroke-width='x' stroke-linecap='round'");
+        QTest::newRow("linecap, linejoin") << QStringLiteral("stroke-linecap='x' stroke-linejoin='round'");
+        QTest::newRow("linejoin, miterlimit") << QStringLiteral("stroke-linejoin='x' stroke-miterlimit='9'");
+    }
+
+    void eachRejectedAttributeLeavesTheNextOnesUnread()
+    {
+        QFETCH(QString, attributes);
+        const Reading reading(document(group(attributes, path())));
+        QVERIFY(reading.accepted);
+        const PainterPath& shape = reading.shape();
+        QCOMPARE(colorName(shape.getBrush().color()), QStringLiteral("#ff000000"));
+        QVERIFY(!shape.getPen().color().isValid());
         QCOMPARE(shape.getPen().capStyle(), Qt::FlatCap);
         QCOMPARE(shape.getPen().joinStyle(), Qt::MiterJoin);
         QCOMPARE(shape.getPen().miterLimit(), 4.0);
@@ -573,6 +609,18 @@ private Q_SLOTS:
         QTest::newRow("a million levels") << document(path() + nestedGroups(1000 * 1000, path()));
         QTest::newRow("a million levels, never closed")
             << document(path()).chopped(6) + QStringLiteral("<g>").repeated(1000 * 1000);
+        const QString model = QStringLiteral("<!ELEMENT g %1a%2>")
+                                  .arg(QString(100000, QLatin1Char('(')), QString(100000, QLatin1Char(')')));
+        const auto doctype = [](const QString& subset) {
+            return QStringLiteral("<!DOCTYPE svg [") + subset + QStringLiteral("]>");
+        };
+        QTest::newRow("a content model") << doctype(model) + document(path());
+        QTest::newRow("a content model, never closed") << doctype(model.left(50000)) + document(path());
+        QTest::newRow("a content model behind a comment")
+            << doctype(QStringLiteral("<!-- ' -->") + model) + document(path());
+        QTest::newRow("a content model in a parameter entity")
+            << doctype(QStringLiteral("<!ENTITY % p \"") + model + QStringLiteral("\"> %p;"))
+                   + document(path());
         QTest::newRow("levels from entities")
             << QStringLiteral("<!DOCTYPE svg [<!ENTITY a '%1'>]>").arg(QStringLiteral("<g>").repeated(1000))
                    + document(path()).chopped(6) + QStringLiteral("&a;").repeated(100);

@@ -125,6 +125,15 @@ private Q_SLOTS:
         QTest::newRow("in an entity declared behind a comment with a quote")
             << doctype(QStringLiteral("<!-- ' --><!ENTITY a '%1'><!-- ' -->").arg(deep))
                    + document(QStringLiteral("&a;"));
+        QTest::newRow("by an entity behind an instruction that looks like the subset's end")
+            << doctype(QStringLiteral("<?x ]><!-- ?><!ENTITY a '<g>'><!-- -->")) + QStringLiteral("<svg>")
+                   + QStringLiteral("&a;").repeated(200);
+        QTest::newRow("by an entity behind a comment that looks like the subset's end")
+            << doctype(QStringLiteral("<!-- ]><?x --><!ENTITY a '<g>'><?y ?>")) + QStringLiteral("<svg>")
+                   + QStringLiteral("&a;").repeated(200);
+        QTest::newRow("in a content model")
+            << doctype(QStringLiteral("<!ELEMENT g ") + QString(200, QLatin1Char('(')))
+                   + QStringLiteral("<svg/>");
         QTest::newRow("in an entity of a parameter entity")
             << doctype(QStringLiteral("<!ENTITY % p \"<!ENTITY a '%1'>\"> %p;").arg(deep))
                    + document(QStringLiteral("&a;"));

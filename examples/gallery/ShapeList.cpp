@@ -20,7 +20,7 @@ QIcon swatch(const QColor& color)
     painter.setPen(Qt::gray);
     painter.setBrush(color);
     painter.drawRect(0, 0, swatch_size - 1, swatch_size - 1);
-    return QIcon(pixmap);
+    return {pixmap};
 }
 
 QString describe(const QColor& color)
