@@ -84,12 +84,12 @@ void drawAndHit(PainterPathContainer& container)
         container.setTransform(transform);
         for (const double at : {0.0, 3.5, -1e300, infinity, not_a_number})
             container.contains(QPointF(at, 1));
-    }
 
-    container.setTransform(scaling(0.5, 0.25));
-    QImage image(16, 16, QImage::Format_ARGB32_Premultiplied);
-    QPainter painter(&image);
-    container.draw(painter);
+        QImage image(16, 16, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        container.draw(painter);
+    }
 }
 
 } // namespace
