@@ -55,7 +55,7 @@ ShapeList::ShapeList(QWidget* parent) : QTreeWidget(parent)
                      QStringLiteral("Stroke"),
                      QStringLiteral("Fill")});
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    header()->setSectionsMovable(false);
+    header()->setStretchLastSection(false); // it would cut the last column short where the list is narrow
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);

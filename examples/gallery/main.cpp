@@ -12,8 +12,8 @@ int main(int argc, char** argv)
 
     const QCommandLineOption screenshots(
         QStringLiteral("screenshots"),
-        QStringLiteral("Write a picture of every page and every dialog as PNG "
-                       "files into <directory>, then end."),
+        QStringLiteral("Write a picture of every page, every dialog and every sample as "
+                       "PNG files into <directory>, then end."),
         QStringLiteral("directory"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Shows what the Quillet library can do."));
