@@ -12,7 +12,9 @@ enum class Nesting {
     Unclear, ///< a document type with entities that may hold markup, or no XML
 };
 
-/// Where something ends, as an index into the text. What is never closed ends with the text.
+// The functions below answer with an index into the text. What is never closed ends with the text.
+
+/// In place of an index: what stands there may hold markup that cannot be seen.
 constexpr int unclear = -1;
 
 QChar unitAt(const QString& text, int index)

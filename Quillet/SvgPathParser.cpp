@@ -130,7 +130,7 @@ bool convertInPlace(const QChar* begin, const QChar* end, double& number)
 bool convertByQt(const QChar* begin, const QChar* end, double& number)
 {
     QString token;
-    token.reserve(1079);
+    token.reserve(1079); // every digit of the smallest double fits, so hardly a token reallocates
     for (; begin != end; ++begin)
         token.append(*begin);
     bool ok = false;
