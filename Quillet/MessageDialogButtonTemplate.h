@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtWidgets/QMessageBox>
+
+#include <functional>
+
+namespace Quillet {
+
+/// One button of a MessageDialogTemplate: a plain value. A slot with an empty text stands for no button.
+///
+/// \code
+/// t.buttons[0] = {tr("Save"), QMessageBox::AcceptRole, true, false, [this] { save(); }};
+/// t.buttons[1] = {tr("Cancel"), QMessageBox::RejectRole, false, true, {}};
+/// \endcode
+///
+/// Copying copies the action with all that it holds: a copy shares nothing with its source, unless the
+/// action itself captured a pointer or a reference.
+struct MessageDialogButtonTemplate
+{
+    /// The button's label, in which '&' marks the mnemonic. Empty: no button is made for this slot, and
+    /// the other members are not looked at.
+    QString text;
+
+    /// The button's role, and what MessageDialogTemplate::exec() returns when this button is clicked. Any
+    /// role but InvalidRole and NRoles, for which Qt adds no button; use each role for one slot only where
+    /// the result has to tell the slots apart.
+    QMessageBox::ButtonRole role = QMessageBox::AcceptRole;
+
+    /// Whether Enter presses the button, which is then also the dialog's primary one. Of several such
+    /// slots the last one wins.
+    bool isDefault = false;
+
+    /// Whether Escape and closing the window press the button. Of several such slots the last one wins.
+    bool isEscape = false;
+
+    /// Run once by MessageDialogTemplate::exec() after its modal loop, if this button was clicked. May be
+    /// empty. A dialog from MessageDialogTemplate::createDialog() does not run it.
+    std::function<void()> action;
+};
+
+} // namespace Quillet
