@@ -145,6 +145,19 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
         }
     }
+
+    void templatesAndPreprocessorsGoWithTheLibrary()
+    {
+        for (int cycle = 0; cycle < 3; ++cycle) {
+            QLibrary module(module_file);
+            QVERIFY(module.load());
+            const auto leaveATemplateBehind =
+                reinterpret_cast<int (*)()>(module.resolve("leaveATemplateBehind"));
+            QCOMPARE(leaveATemplateBehind(), 0);
+            QVERIFY(module.unload());
+            QCOMPARE(loadedObjects(), QStringList());
+        }
+    }
 };
 
 QUILLET_TEST_MAIN(TestLoading)

@@ -1,0 +1,142 @@
+#include "Allocations.h"
+#include "TemplateTestCase.h"
+
+#include <array>
+#include <memory>
+#include <new>
+
+using Quillet::MessageDialogTemplate;
+using Quillet::MessageDialogTemplatePreprocessors;
+
+namespace {
+
+const QString id = QStringLiteral("id");
+
+// A callable too large for the inside of a std::function, so that copying it allocates.
+template <typename Result, typename... Arguments>
+std::function<Result(Arguments...)> large(const QString& name, QStringList& journal)
+{
+    const std::array<void*, 16> ballast = {};
+    return [name, &journal, ballast](Arguments...) {
+        journal.append(ballast[0] ? QString() : name);
+        return Result(true);
+    };
+}
+
+// All six callables allocate when they are copied; each appends its name to the journal.
+MessageDialogTemplate withLargeCallables(const QString& name, QStringList& journal)
+{
+    MessageDialogTemplate t;
+    t.id = id;
+    t.title = name;
+    for (auto& slot : t.buttons)
+        slot.action = large<void>(name, journal);
+    t.preExecCallback = large<bool, Quillet::MessageDialog&>(name, journal);
+    t.postExecCallback = large<bool, Quillet::MessageDialog&>(name, journal);
+    return t;
+}
+
+// Whether every member of the template comes from the one called so.
+bool isWhole(const MessageDialogTemplate& t, const QString& name, QStringList& journal)
+{
+    journal.clear();
+    Quillet::MessageDialog dialog;
+    t.preExecCallback(dialog);
+    t.postExecCallback(dialog);
+    for (const auto& slot : t.buttons)
+        slot.action();
+    return t.id == id && t.title == name && journal.count(name) == 6 && journal.size() == 6;
+}
+
+// Calls \a operation with its n-th allocation failing.
+template <typename Operation>
+bool failsAtAllocation(std::size_t n, const Operation& operation)
+{
+    const FailingAllocation failing(n);
+    try {
+        operation();
+    } catch (const std::bad_alloc&) {
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+class TestTemplateAllocations : public TemplateTestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFailingAllocationLeavesNoHalfMadeEntry()
+    {
+        QStringList journal;
+        const MessageDialogTemplate t = withLargeCallables(QStringLiteral("new"), journal);
+        const auto& templates = MessageDialogTemplate::getRegisteredTemplates();
+        std::size_t n = 0;
+        while (failsAtAllocation(n, [&] { MessageDialogTemplate::registerTemplate(t); })) {
+            QVERIFY(templates.empty());
+            ++n;
+        }
+        QVERIFY2(n >= 7, "six callables and the entry itself are to fail");
+        QCOMPARE(templates.size(), std::size_t(1));
+        QVERIFY(isWhole(templates.at(id), QStringLiteral("new"), journal));
+    }
+
+    void aFailingAllocationLeavesTheReplacedTemplateWhole()
+    {
+        QStringList journal;
+        MessageDialogTemplate::registerTemplate(withLargeCallables(QStringLiteral("old"), journal));
+        const MessageDialogTemplate t = withLargeCallables(QStringLiteral("new"), journal);
+        const auto& templates = MessageDialogTemplate::getRegisteredTemplates();
+        std::size_t n = 0;
+        while (failsAtAllocation(n, [&] { MessageDialogTemplate::registerTemplate(t); })) {
+            QCOMPARE(templates.size(), std::size_t(1));
+            QVERIFY(isWhole(templates.at(id), QStringLiteral("old"), journal));
+            ++n;
+        }
+        QVERIFY2(n >= 6, "six callables are to fail");
+        QVERIFY(isWhole(templates.at(id), QStringLiteral("new"), journal));
+    }
+
+    void unregisteringAllocatesNothing()
+    {
+        QStringList journal;
+        MessageDialogTemplate::registerTemplate(withLargeCallables(QStringLiteral("old"), journal));
+        const std::size_t before = allocations();
+        MessageDialogTemplate::unregisterTemplate(id);
+        QCOMPARE(allocations(), before);
+    }
+
+    void aFailingAllocationAddsNoPreprocessor()
+    {
+        QStringList journal;
+        const auto preprocessor = large<void, MessageDialogTemplate&>(QStringLiteral("ran"), journal);
+        std::size_t n = 0;
+        while (failsAtAllocation(n, [&] { MessageDialogTemplatePreprocessors::add(id, preprocessor); })) {
+            QVERIFY(MessageDialogTemplatePreprocessors::isEmpty());
+            ++n;
+        }
+        QVERIFY2(n >= 2, "the callable and the entry are to fail");
+        MessageDialogTemplate t;
+        MessageDialogTemplatePreprocessors::apply(t);
+        QCOMPARE(journal, QStringList(QStringLiteral("ran")));
+        QVERIFY(MessageDialogTemplatePreprocessors::remove(id));
+    }
+
+    void aFailingCopyForThePreprocessorsBuildsNoDialog()
+    {
+        QStringList journal;
+        const MessageDialogTemplate t = withLargeCallables(QStringLiteral("new"), journal);
+        const ScopedPreprocessor preprocessor(QStringLiteral("journal"), [&](MessageDialogTemplate&) {
+            journal.append(QStringLiteral("preprocessor"));
+        });
+        for (std::size_t n = 0; n < 6; ++n) {
+            QVERIFY(failsAtAllocation(n, [&] { delete t.createDialog(); }));
+            QCOMPARE(journal, QStringList());
+        }
+    }
+};
+
+QUILLET_TEST_MAIN(TestTemplateAllocations)
+#include "tst_TemplateAllocations.moc"
