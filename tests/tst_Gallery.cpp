@@ -17,6 +17,7 @@
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSlider>
+#include <QtWidgets/QTableWidget>
 
 #include <cmath>
 
@@ -32,9 +33,11 @@ void click(const QWidget& window, const QString& text)
     QFAIL(qPrintable(QStringLiteral("no button ") + text));
 }
 
-QStringList logOf(const QWidget& window)
+/// The log of the dialogs page.
+QStringList logOf(const GalleryWindow& window)
 {
-    return window.findChild<QPlainTextEdit*>()->toPlainText().split(QLatin1Char('\n'));
+    const auto* const log = window.pages().first()->findChild<QPlainTextEdit*>();
+    return log->toPlainText().split(QLatin1Char('\n'));
 }
 
 // The little square lies over a corner of the large one.
@@ -112,6 +115,34 @@ struct OpenedDocument
     ShapeList* list = page->findChild<ShapeList*>();
 };
 
+/// The gallery, and what chooses buttons on its dialogs page.
+struct DialogButtons
+{
+    void add(const QStringList& texts) const
+    {
+        for (const QString& text : texts) {
+            click(window, QStringLiteral("Add"));
+            table->item(table->rowCount() - 1, 0)->setText(text);
+        }
+    }
+
+    /// The text of the default button of the dialog that the page describes.
+    QString defaultInDialog() const
+    {
+        QString result;
+        whenModal([&](QMessageBox& box) {
+            result = box.defaultButton()->text();
+            box.defaultButton()->click();
+        });
+        click(window, QStringLiteral("exec()"));
+        return result;
+    }
+
+    GalleryWindow window;
+    QTableWidget* table = window.findChild<QTableWidget*>();
+    QComboBox* defaultButton = window.findChild<QComboBox*>(QStringLiteral("default button"));
+};
+
 bool isNear(const QPointF& one, const QPointF& other)
 {
     return (one - other).manhattanLength() < 1e-6;
@@ -163,6 +194,60 @@ private Q_SLOTS:
         box->button(QMessageBox::Save)->click();
         QCOMPARE(logOf(window),
                  QStringList({QStringLiteral("open() of \"Question\""), QStringLiteral("clicked: Save")}));
+    }
+
+    void aRenamedDefaultButtonStaysDefault()
+    {
+        const DialogButtons buttons;
+        buttons.add({QStringLiteral("Later"), QStringLiteral("Never")});
+        buttons.defaultButton->setCurrentText(QStringLiteral("Never"));
+        buttons.table->item(1, 0)->setText(QStringLiteral("Not at all"));
+        QCOMPARE(buttons.defaultButton->currentText(), QStringLiteral("Not at all"));
+        QCOMPARE(buttons.defaultInDialog(), QStringLiteral("Not at all"));
+    }
+
+    void theDefaultButtonOfTwoWithOneTextStaysDefault()
+    {
+        const DialogButtons buttons;
+        buttons.add({QStringLiteral("Later"), QStringLiteral("Later"), QStringLiteral("Never")});
+        const int second = buttons.defaultButton->count() - 2;
+        buttons.defaultButton->setCurrentIndex(second);
+        buttons.table->item(2, 0)->setText(QStringLiteral("Not at all"));
+        QCOMPARE(buttons.defaultButton->currentIndex(), second);
+    }
+
+    void theDefaultButtonStaysDefaultWhenOneBeforeItGoes()
+    {
+        const DialogButtons buttons;
+        buttons.add({QStringLiteral("Later"), QStringLiteral("Never")});
+        buttons.defaultButton->setCurrentText(QStringLiteral("Never"));
+        buttons.table->setCurrentCell(0, 0);
+        click(buttons.window, QStringLiteral("Remove"));
+        click(buttons.window, QStringLiteral("Ok")); // before all others
+        QCOMPARE(buttons.defaultButton->currentText(), QStringLiteral("Never"));
+    }
+
+    void withoutItsDefaultButtonTheDialogHasNone()
+    {
+        const DialogButtons buttons;
+        buttons.add({QStringLiteral("Later"), QStringLiteral("Never")});
+        buttons.defaultButton->setCurrentText(QStringLiteral("Never"));
+        buttons.table->setCurrentCell(1, 0);
+        click(buttons.window, QStringLiteral("Remove"));
+        click(buttons.window, QStringLiteral("Add"));
+        QCOMPARE(buttons.defaultButton->currentIndex(), 0);
+    }
+
+    void theFieldsOfTheDialogsPageFormOneColumn()
+    {
+        DialogButtons buttons;
+        picture(buttons.window);
+        const QWidget* const page = buttons.window.pages().first();
+        const auto left = [page](const QWidget* widget) {
+            return widget->mapTo(page, QPoint()).x();
+        };
+        QCOMPARE(left(buttons.table), left(page->findChild<QLineEdit*>()));
+        QCOMPARE(left(buttons.defaultButton), left(page->findChild<QLineEdit*>()));
     }
 
     void closingTheGalleryInsideTheLoopIsSafe()

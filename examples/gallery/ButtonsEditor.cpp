@@ -8,23 +8,23 @@
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTableWidget>
-#include <QtWidgets/QVBoxLayout>
 
 namespace {
 
 constexpr int text_column = 0;
 constexpr int role_column = 1;
 constexpr int standard_button_columns = 5;
+constexpr int key_role = Qt::UserRole;
 
 } // namespace
 
-ButtonsEditor::ButtonsEditor(QWidget* parent) : QWidget(parent), m_defaultButton(new QComboBox)
+void ButtonsEditor::addRowsTo(QFormLayout& form)
 {
-    auto* layout = new QFormLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addRow(QStringLiteral("Standard buttons"), createStandardButtons());
-    layout->addRow(QStringLiteral("Custom buttons"), createCustomButtons());
-    layout->addRow(QStringLiteral("Default button"), m_defaultButton);
+    m_defaultButton = new QComboBox;
+    m_defaultButton->setObjectName(QStringLiteral("default button"));
+    form.addRow(QStringLiteral("Standard buttons"), createStandardButtons());
+    form.addRow(QStringLiteral("Custom buttons"), createCustomButtons());
+    form.addRow(QStringLiteral("Default button"), m_defaultButton);
 
     connect(
         m_defaultButton, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &ButtonsEditor::changed);
@@ -48,7 +48,9 @@ void ButtonsEditor::addCustomButton(const QString& text, QMessageBox::ButtonRole
     const int row = m_customButtons->rowCount();
     m_customButtons->insertRow(row);
     m_customButtons->setCellWidget(row, role_column, roles);
-    m_customButtons->setItem(row, text_column, new QTableWidgetItem(text));
+    auto* item = new QTableWidgetItem(text);
+    item->setData(key_role, --m_lastCustomKey);
+    m_customButtons->setItem(row, text_column, item);
 }
 
 void ButtonsEditor::addButtonsTo(QMessageBox& box) const
@@ -94,7 +96,6 @@ QWidget* ButtonsEditor::createCustomButtons()
 
     auto* add = new QPushButton(QStringLiteral("Add"));
     connect(add, &QPushButton::clicked, this, [this] {
-        // Different texts: the default button is remembered by its text.
         addCustomButton(QStringLiteral("Custom %1").arg(m_customButtons->rowCount() + 1),
                         QMessageBox::AcceptRole);
     });
@@ -123,31 +124,37 @@ QVector<ButtonsEditor::CustomButton> ButtonsEditor::customButtons() const
 {
     QVector<CustomButton> result;
     for (int row = 0; row < m_customButtons->rowCount(); ++row) {
-        const QString text = m_customButtons->item(row, text_column)->text();
+        const QTableWidgetItem* const item = m_customButtons->item(row, text_column);
         const auto* roles = qobject_cast<QComboBox*>(m_customButtons->cellWidget(row, role_column));
-        if (!text.isEmpty())
-            result.append({text, static_cast<QMessageBox::ButtonRole>(roles->currentData().toInt())});
+        if (!item->text().isEmpty())
+            result.append({item->text(),
+                           static_cast<QMessageBox::ButtonRole>(roles->currentData().toInt()),
+                           item->data(key_role).toInt()});
     }
     return result;
 }
 
 void ButtonsEditor::buttonsChanged()
 {
-    QStringList names = {QStringLiteral("none: the button of highest priority is primary")};
+    {
+        const QSignalBlocker block(m_defaultButton);
+        const QVariant current = m_defaultButton->currentData();
+        listButtons();
+        m_defaultButton->setCurrentIndex(qMax(0, m_defaultButton->findData(current)));
+    }
+    Q_EMIT changed();
+}
+
+void ButtonsEditor::listButtons()
+{
+    m_defaultButton->clear();
+    m_defaultButton->addItem(QStringLiteral("none: the button of highest priority is primary"));
     for (int i = 0; i < m_standardButtons.size(); ++i) {
+        const auto& button = allStandardButtons()[i];
         if (m_standardButtons[i]->isChecked())
-            names.append(allStandardButtons()[i].name);
+            m_defaultButton->addItem(button.name, static_cast<int>(button.value));
     }
     const QVector<CustomButton> custom = customButtons();
     for (const CustomButton& button : custom)
-        names.append(button.text);
-
-    {
-        const QSignalBlocker block(m_defaultButton);
-        const QString current = m_defaultButton->currentText();
-        m_defaultButton->clear();
-        m_defaultButton->addItems(names);
-        m_defaultButton->setCurrentIndex(qMax(0, names.indexOf(current)));
-    }
-    Q_EMIT changed();
+        m_defaultButton->addItem(button.text, button.key);
 }

@@ -1,6 +1,7 @@
 #include "DialogsPage.h"
 
 #include "ButtonsEditor.h"
+#include "LogView.h"
 #include "MessageBoxNames.h"
 #include "Pictures.h"
 
@@ -13,9 +14,7 @@
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QVBoxLayout>
 
 #include <memory>
 
@@ -29,9 +28,9 @@ DialogsPage::DialogsPage(QWidget* parent)
       m_text(new QLineEdit(QStringLiteral("Save the changes to Harbour.svg?"))),
       m_informativeText(new QLineEdit(QStringLiteral("Changes that you do not save are lost."))),
       m_parented(new QCheckBox(QStringLiteral("parented to this window"))),
-      m_buttons(new ButtonsEditor),
+      m_buttons(new ButtonsEditor(this)),
       m_primaryButton(new QLabel),
-      m_log(new QPlainTextEdit)
+      m_log(new LogView(QStringLiteral("What ran, and what exec() returned.")))
 {
     for (const auto& icon : allIcons())
         m_icon->addItem(icon.name, icon.value);
@@ -40,7 +39,7 @@ DialogsPage::DialogsPage(QWidget* parent)
 
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(createForm(), 3);
-    layout->addWidget(createLog(), 2);
+    layout->addWidget(m_log, 2);
 
     connect(m_buttons, &ButtonsEditor::changed, this, &DialogsPage::showPrimaryButton);
     m_buttons->setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
@@ -107,26 +106,11 @@ QWidget* DialogsPage::createForm()
     form->addRow(QString(), m_parented);
     form->addRow(QStringLiteral("Text"), m_text);
     form->addRow(QStringLiteral("Informative text"), m_informativeText);
-    form->addRow(m_buttons);
+    m_buttons->addRowsTo(*form);
     form->addRow(QStringLiteral("Primary button"), m_primaryButton);
     m_preExec = createSwitches(QStringLiteral("Pre-exec callback"), form);
     m_postExec = createSwitches(QStringLiteral("Post-exec callback"), form);
     form->addRow(run);
-    return panel;
-}
-
-QWidget* DialogsPage::createLog()
-{
-    m_log->setReadOnly(true);
-    m_log->setPlaceholderText(QStringLiteral("What ran, and what exec() returned."));
-    auto* clear = new QPushButton(QStringLiteral("Clear"));
-    connect(clear, &QPushButton::clicked, m_log, &QPlainTextEdit::clear);
-
-    auto* panel = new QWidget;
-    auto* layout = new QVBoxLayout(panel);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_log);
-    layout->addWidget(clear, 0, Qt::AlignRight);
     return panel;
 }
 
@@ -175,13 +159,13 @@ void DialogsPage::execDialog()
 {
     // A window that is deleted while the dialog is up deletes a parented dialog inside its loop.
     const QPointer<MessageDialog> dialog(createDialog());
-    log(QStringLiteral("exec() of \"%1\"").arg(dialog->windowTitle()));
+    m_log->add(QStringLiteral("exec() of \"%1\"").arg(dialog->windowTitle()));
     const QPointer<DialogsPage> page(this);
     const int result = dialog->exec();
     if (page) {
         const QAbstractButton* const clicked = dialog ? dialog->clickedButton() : nullptr;
-        log(QStringLiteral("clicked: %1").arg(clicked ? clicked->text() : QStringLiteral("nothing")));
-        log(QStringLiteral("exec() returned %1").arg(resultName(result)));
+        m_log->add(QStringLiteral("clicked: %1").arg(clicked ? clicked->text() : QStringLiteral("nothing")));
+        m_log->add(QStringLiteral("exec() returned %1").arg(resultName(result)));
     }
     delete dialog;
 }
@@ -191,9 +175,9 @@ void DialogsPage::openDialog()
     MessageDialog* const dialog = createDialog();
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QMessageBox::buttonClicked, this, [this](QAbstractButton* button) {
-        log(QStringLiteral("clicked: %1").arg(button->text()));
+        m_log->add(QStringLiteral("clicked: %1").arg(button->text()));
     });
-    log(QStringLiteral("open() of \"%1\"").arg(dialog->windowTitle()));
+    m_log->add(QStringLiteral("open() of \"%1\"").arg(dialog->windowTitle()));
     dialog->open();
 }
 
@@ -207,12 +191,7 @@ void DialogsPage::showPrimaryButton()
 bool DialogsPage::runCallback(const CallbackSwitches& callback)
 {
     const bool vetoes = callback.veto->isChecked();
-    log(QStringLiteral("%1: %2").arg(callback.name,
-                                     vetoes ? QStringLiteral("veto") : QStringLiteral("go on")));
+    m_log->add(QStringLiteral("%1: %2").arg(callback.name,
+                                            vetoes ? QStringLiteral("veto") : QStringLiteral("go on")));
     return !vetoes;
-}
-
-void DialogsPage::log(const QString& line)
-{
-    m_log->appendPlainText(line);
 }

@@ -5,11 +5,12 @@
 #include <QtWidgets/QMessageBox>
 
 class ButtonsEditor;
+class LogView;
 class QCheckBox;
 class QComboBox;
+class QFormLayout;
 class QLabel;
 class QLineEdit;
-class QPlainTextEdit;
 
 namespace Quillet {
 class MessageDialog;
@@ -39,8 +40,7 @@ private:
     };
 
     QWidget* createForm();
-    QWidget* createLog();
-    CallbackSwitches createSwitches(const QString& name, class QFormLayout* form);
+    CallbackSwitches createSwitches(const QString& name, QFormLayout* form);
 
     /// A dialog as the page describes it, on the heap, owned by the caller and, if it has one, its parent.
     Quillet::MessageDialog* createDialog();
@@ -48,7 +48,6 @@ private:
     void openDialog();
     void showPrimaryButton();
     bool runCallback(const CallbackSwitches& callback);
-    void log(const QString& line);
 
     QComboBox* m_icon;
     QLineEdit* m_title;
@@ -59,5 +58,5 @@ private:
     QLabel* m_primaryButton;
     CallbackSwitches m_preExec{};
     CallbackSwitches m_postExec{};
-    QPlainTextEdit* m_log;
+    LogView* m_log;
 };
