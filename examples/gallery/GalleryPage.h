@@ -26,6 +26,9 @@ public:
     /// The page's entry in the list of pages.
     virtual QString title() const = 0;
 
+    /// Brings the page into a state worth a picture, by what its user can do.
+    virtual void prepareForPicture() {}
+
     /// The pictures of what the page shows, besides the one of the page itself.
     virtual QVector<Picture> pictures() { return {}; }
 };

@@ -1,6 +1,7 @@
 #include "GalleryWindow.h"
 
 #include "DialogsPage.h"
+#include "TemplatesPage.h"
 #include "VectorPage.h"
 
 #include <QtWidgets/QHBoxLayout>
@@ -21,6 +22,7 @@ GalleryWindow::GalleryWindow(QWidget* parent)
 
     connect(m_list, &QListWidget::currentRowChanged, m_stack, &QStackedWidget::setCurrentIndex);
     addPage(new DialogsPage);
+    addPage(new TemplatesPage);
     addPage(m_vectorPage);
     showPage(m_pages.first());
     resize(1100, 640);

@@ -1,5 +1,7 @@
 #include "MessageBoxNames.h"
 
+#include <algorithm>
+
 const QVector<Named<QMessageBox::Icon>>& allIcons()
 {
     static const QVector<Named<QMessageBox::Icon>> icons = {
@@ -51,6 +53,21 @@ const QVector<Named<QMessageBox::ButtonRole>>& allRoles()
         {QMessageBox::ApplyRole, QStringLiteral("ApplyRole")},
     };
     return roles;
+}
+
+QString roleName(QMessageBox::ButtonRole role)
+{
+    QVector<Named<QMessageBox::ButtonRole>> roles = allRoles();
+    roles.append({QMessageBox::InvalidRole, QStringLiteral("InvalidRole")});
+    roles.append({QMessageBox::NRoles, QStringLiteral("NRoles")});
+    const auto found =
+        std::find_if(roles.cbegin(), roles.cend(), [role](const auto& each) { return each.value == role; });
+    return QStringLiteral("%1 (%2)").arg(role).arg(found->name);
+}
+
+QString withoutMnemonic(QString label)
+{
+    return label.remove(QLatin1Char('&'));
 }
 
 QString resultName(int result)

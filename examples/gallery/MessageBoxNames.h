@@ -21,5 +21,11 @@ const QVector<Named<QMessageBox::StandardButton>>& allStandardButtons();
 /// All roles that a button can have, AcceptRole first.
 const QVector<Named<QMessageBox::ButtonRole>>& allRoles();
 
+/// A role with its number and name; as well InvalidRole and NRoles, which no button can have.
+QString roleName(QMessageBox::ButtonRole role);
+
+/// A button's label as it is shown.
+QString withoutMnemonic(QString label);
+
 /// What a modal result means: the name of a standard button, or just the number.
 QString resultName(int result);

@@ -21,6 +21,7 @@ QVector<Picture> allPictures(GalleryWindow& window)
     QVector<Picture> result;
     for (GalleryPage* page : window.pages()) {
         window.showPage(page);
+        page->prepareForPicture();
         result.append({QStringLiteral("page-") + page->name(), picture(window)});
         result += page->pictures();
     }
