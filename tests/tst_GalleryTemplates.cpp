@@ -162,7 +162,7 @@ private Q_SLOTS:
                                      QStringLiteral("save-changes")};
         QCOMPARE(registeredIdentifiers(), samples);
         QCOMPARE(opened.identifiers(), samples);
-        QCOMPARE(opened.takeLog().first(),
+        QCOMPARE(opened.takeLog().constFirst(),
                  QStringLiteral("[2] MessageDialogTemplate: registering dialog template: about"));
     }
 
@@ -352,7 +352,7 @@ private Q_SLOTS:
         opened.type(QStringLiteral("slot 0 text"), QString());
         opened.click(QStringLiteral("Replace"));
         opened.execAndClick(QStringLiteral("OK"));
-        QCOMPARE(opened.takeLog().last(), QStringLiteral("exec() returned 9 (NRoles)"));
+        QCOMPARE(opened.takeLog().constLast(), QStringLiteral("exec() returned 9 (NRoles)"));
     }
 
     void aReplacedTemplateKeepsItsCallbacksAndNamesItsActionsAnew()
@@ -428,7 +428,7 @@ private Q_SLOTS:
         opened.takeLog();
         for (const char* const each : {"3-escape", "2-prefix", "1-translate"})
             opened.clickPreprocessor(QLatin1String(each));
-        QCOMPARE(opened.takeLog().first(), QStringLiteral("add(\"3-escape\") returned true"));
+        QCOMPARE(opened.takeLog().constFirst(), QStringLiteral("add(\"3-escape\") returned true"));
         const std::unique_ptr<QMessageBox> box(registered(QStringLiteral("delete-file")).createDialog());
         QCOMPARE(box->windowTitle(), QStringLiteral("Gallery: Eine Datei löschen"));
         QCOMPARE(shown(box->text()), QStringLiteral("Sketch <b>.svg löschen? Das ist endgültig."));
@@ -583,6 +583,19 @@ private Q_SLOTS:
         QCOMPARE(opened.list->currentItem()->text(), QStringLiteral("save-changes"));
         QVERIFY(opened.log->toPlainText().contains(QStringLiteral("[3] ")));
         QVERIFY(opened.button(QStringLiteral("Replace")));
+    }
+
+    void noTwoControlsHaveTheSameMnemonic()
+    {
+        const OpenedPage opened;
+        QStringList keys;
+        for (const QLabel* label : opened.page->findChildren<QLabel*>())
+            keys.append(QKeySequence::mnemonic(label->text()).toString());
+        for (const QAbstractButton* button : opened.page->findChildren<QAbstractButton*>())
+            keys.append(QKeySequence::mnemonic(button->text()).toString());
+        keys.removeAll(QString());
+        QVERIFY(keys.size() > 15);
+        QCOMPARE(keys.removeDuplicates(), 0);
     }
 
     void theTabKeyReachesEveryControlOfThePageInReadingOrder()

@@ -21,8 +21,8 @@ QColor mixed(const QColor& one, const QColor& other)
 
 QTextCharFormat formatOf(int level, const QPalette& palette)
 {
-    const QColor text = palette.color(QPalette::Text);
-    const QColor base = palette.color(QPalette::Base);
+    const QColor& text = palette.color(QPalette::Text);
+    const QColor& base = palette.color(QPalette::Base);
     const bool dark = base.lightness() < 128;
 
     QTextCharFormat format;

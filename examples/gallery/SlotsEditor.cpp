@@ -49,7 +49,7 @@ SlotsEditor::Slot SlotsEditor::createSlot(int index, QFormLayout& form)
         new QCheckBox(QStringLiteral("escape")),
     };
     slot.text->setObjectName(QStringLiteral("slot %1 text").arg(index));
-    slot.text->setPlaceholderText(QStringLiteral("empty: no button"));
+    slot.text->setPlaceholderText(QStringLiteral("no button"));
     slot.role->setObjectName(QStringLiteral("slot %1 role").arg(index));
     for (const auto& role : allRoles())
         slot.role->addItem(role.name, role.value);

@@ -70,7 +70,7 @@ TemplatesPage::TemplatesPage(QWidget* parent)
       m_state(new QLabel),
       m_preprocessors(new PreprocessorSwitches),
       m_preExecVeto(new QCheckBox(QStringLiteral("Pre-exec callback &vetoes"))),
-      m_postExecVeto(new QCheckBox(QStringLiteral("Post-exec callback vetoe&s")))
+      m_postExecVeto(new QCheckBox(QStringLiteral("Post-exec c&allback vetoes")))
 {
     m_state->setObjectName(QStringLiteral("state"));
 
