@@ -9,6 +9,7 @@
 
 #include <quorvel/Logger.h>
 
+#include <QtCore/QPointer>
 #include <QtGui/QTextBlock>
 #include <QtGui/QTextDocument>
 #include <QtWidgets/QCheckBox>
@@ -380,7 +381,7 @@ private Q_SLOTS:
         opened.choose(QStringLiteral("save-changes"));
         opened.takeLog();
         opened.click(QStringLiteral("createDialog()")); // returns at once
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        const QPointer<QMessageBox> box(qobject_cast<QMessageBox*>(QApplication::activeModalWidget()));
         QVERIFY(box);
         QCOMPARE(box->parentWidget(), opened.window.get());
         buttonOf(*box, QStringLiteral("Save"))->click();
@@ -390,6 +391,8 @@ private Q_SLOTS:
                                         "save-changes"),
                          QStringLiteral("open() of \"save-changes\""),
                          QStringLiteral("clicked: Save")}));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!box);
     }
 
     void aPreprocessorWorksWhileItIsOn_data()
