@@ -591,10 +591,12 @@ private Q_SLOTS:
     void noTwoControlsHaveTheSameMnemonic()
     {
         const OpenedPage opened;
+        const QList<QLabel*> labels = opened.page->findChildren<QLabel*>();
+        const QList<QAbstractButton*> buttons = opened.page->findChildren<QAbstractButton*>();
         QStringList keys;
-        for (const QLabel* label : opened.page->findChildren<QLabel*>())
+        for (const QLabel* label : labels)
             keys.append(QKeySequence::mnemonic(label->text()).toString());
-        for (const QAbstractButton* button : opened.page->findChildren<QAbstractButton*>())
+        for (const QAbstractButton* button : buttons)
             keys.append(QKeySequence::mnemonic(button->text()).toString());
         keys.removeAll(QString());
         QVERIFY(keys.size() > 15);

@@ -1,25 +1,24 @@
 #include "TemplatesPage.h"
 
+#include "CallbackSwitches.h"
+#include "LogThreshold.h"
 #include "LogView.h"
 #include "MessageBoxNames.h"
 #include "Pictures.h"
 #include "PreprocessorSwitches.h"
 #include "SampleTemplates.h"
 #include "TemplateEditor.h"
+#include "TemplateList.h"
 
 #include <QtCore/QPointer>
-#include <QtCore/QSignalBlocker>
-#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QGridLayout>
+#include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
-#include <QtWidgets/QListWidget>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QSpinBox>
 #include <QtWidgets/QVBoxLayout>
 
 #include <memory>
 
-using Quillet::DialogCallback;
 using Quillet::MessageDialog;
 using Quillet::MessageDialogTemplate;
 
@@ -27,7 +26,6 @@ namespace {
 
 constexpr int list_width = 170;
 constexpr int column_spacing = 12;
-constexpr int first_threshold = 2; // lets through all that the library writes
 
 // Whatever the process keeps of the page's may outlive the page, so it holds the log by a guarded pointer.
 quorvel::LoggerDelegate sinkInto(LogView* log)
@@ -62,15 +60,14 @@ TemplatesPage::TemplatesPage(QWidget* parent)
     : GalleryPage(parent),
       m_log(new LogView(QStringLiteral("What the library writes, with its level, and what ran."))),
       m_tap(sinkInto(m_log)),
-      m_list(new QListWidget),
+      m_list(new TemplateList),
       m_exec(new QPushButton(QStringLiteral("&exec()"))),
       m_open(new QPushButton(QStringLiteral("&createDialog()"))),
       m_editor(new TemplateEditor),
       m_register(new QPushButton),
       m_state(new QLabel),
       m_preprocessors(new PreprocessorSwitches),
-      m_preExecVeto(new QCheckBox(QStringLiteral("Pre-exec callback &vetoes"))),
-      m_postExecVeto(new QCheckBox(QStringLiteral("Post-exec c&allback vetoes")))
+      m_callbacks(new CallbackSwitches)
 {
     m_state->setObjectName(QStringLiteral("state"));
 
@@ -107,7 +104,7 @@ void TemplatesPage::prepareForPicture()
 {
     m_editor->load({});
     registerEditedTemplate();
-    listTemplates(QStringLiteral("save-changes"));
+    m_list->renew(QStringLiteral("save-changes"));
     loadChosenTemplate();
 }
 
@@ -173,43 +170,14 @@ QWidget* TemplatesPage::createEditor()
 QWidget* TemplatesPage::createSwitches()
 {
     connect(m_preprocessors, &PreprocessorSwitches::switched, m_log, &LogView::add);
+    connect(m_callbacks, &CallbackSwitches::ran, m_log, &LogView::add);
 
     auto* panel = new QWidget;
     auto* layout = new QVBoxLayout(panel);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_preprocessors);
-    layout->addWidget(createCallbackSwitches());
-    layout->addWidget(createThreshold());
-    layout->addStretch();
-    return panel;
-}
-
-QWidget* TemplatesPage::createCallbackSwitches()
-{
-    auto* group = new QGroupBox(QStringLiteral("Callbacks of exec()"));
-    auto* layout = new QVBoxLayout(group);
-    layout->addWidget(m_preExecVeto);
-    layout->addWidget(m_postExecVeto);
-    return group;
-}
-
-QWidget* TemplatesPage::createThreshold()
-{
-    auto* threshold = new QSpinBox;
-    threshold->setRange(0, 4);
-    threshold->setToolTip(QStringLiteral("2: what the library does. 3: calls that it refuses."));
-    connect(threshold, QOverload<int>::of(&QSpinBox::valueChanged), this, [](int level) {
-        quorvel::SetLoggerLevel(level);
-    });
-    threshold->setValue(first_threshold);
-
-    auto* label = new QLabel(QStringLiteral("Lo&g lines from level"));
-    label->setBuddy(threshold);
-    auto* panel = new QWidget;
-    auto* layout = new QHBoxLayout(panel);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(label);
-    layout->addWidget(threshold);
+    layout->addWidget(m_callbacks);
+    layout->addWidget(new LogThreshold);
     layout->addStretch();
     return panel;
 }
@@ -218,93 +186,10 @@ void TemplatesPage::registerSamples()
 {
     const QVector<MessageDialogTemplate> samples = sampleTemplates();
     for (MessageDialogTemplate t : samples) {
-        t.preExecCallback = reporting(t.preExecCallback, QStringLiteral("pre-exec callback"), m_preExecVeto);
-        t.postExecCallback =
-            reporting(t.postExecCallback, QStringLiteral("post-exec callback"), m_postExecVeto);
+        m_callbacks->control(t);
         registerWithActions(t);
     }
-    listTemplates(QString());
-}
-
-const MessageDialogTemplate* TemplatesPage::chosenTemplate() const
-{
-    const QListWidgetItem* const item = m_list->currentItem();
-    if (!item)
-        return nullptr;
-    const auto& templates = MessageDialogTemplate::getRegisteredTemplates();
-    const auto found = templates.find(item->text());
-    return found == templates.end() ? nullptr : &found->second;
-}
-
-void TemplatesPage::loadChosenTemplate()
-{
-    if (const MessageDialogTemplate* const chosen = chosenTemplate()) {
-        m_editor->load(*chosen);
-        m_edited = false;
-    }
-    showState();
-}
-
-void TemplatesPage::registerEditedTemplate()
-{
-    const MessageDialogTemplate t = m_editor->edited();
-    registerWithActions(t);
-    if (t.id.isEmpty())
-        return;
-    m_edited = false;
-    listTemplates(t.id);
-}
-
-void TemplatesPage::unregisterEditedTemplate()
-{
-    const QString id = m_editor->edited().id;
-    MessageDialogTemplate::unregisterTemplate(id);
-    m_registered.remove(id);
-    listTemplates(m_list->currentItem() ? m_list->currentItem()->text() : QString());
-}
-
-void TemplatesPage::execChosenTemplate()
-{
-    // A copy: the page may be destroyed while the dialog is up, and takes what it registered with it.
-    const MessageDialogTemplate t = *chosenTemplate();
-    const QPointer<TemplatesPage> page(this);
-    const QMessageBox::ButtonRole result = t.exec(window());
-    if (page)
-        m_log->add(QStringLiteral("exec() returned ") + roleName(result));
-}
-
-void TemplatesPage::openChosenTemplate()
-{
-    MessageDialog* const dialog = chosenTemplate()->createDialog(window());
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::finished, this, [this, dialog] {
-        const QAbstractButton* const clicked = dialog->clickedButton();
-        m_log->add(QStringLiteral("clicked: ")
-                   + (clicked ? withoutMnemonic(clicked->text()) : QStringLiteral("nothing")));
-    });
-    m_log->add(QStringLiteral("open() of \"%1\"").arg(dialog->getId()));
-    dialog->open();
-}
-
-void TemplatesPage::listTemplates(const QString& id)
-{
-    const QSignalBlocker block(m_list);
-    m_list->clear();
-    for (const auto& entry : MessageDialogTemplate::getRegisteredTemplates()) {
-        m_list->addItem(entry.first);
-        if (entry.first == id)
-            m_list->setCurrentRow(m_list->count() - 1);
-    }
-    showState();
-}
-
-void TemplatesPage::showState()
-{
-    const bool taken = MessageDialogTemplate::getRegisteredTemplates().count(m_editor->edited().id) != 0;
-    m_register->setText(taken ? QStringLiteral("&Replace") : QStringLiteral("&Register"));
-    m_state->setText(m_edited || !taken ? QStringLiteral("not registered yet") : QString());
-    m_exec->setEnabled(chosenTemplate());
-    m_open->setEnabled(chosenTemplate());
+    m_list->renew(QString());
 }
 
 void TemplatesPage::registerWithActions(MessageDialogTemplate t)
@@ -318,17 +203,63 @@ void TemplatesPage::registerWithActions(MessageDialogTemplate t)
         m_registered.insert(t.id);
 }
 
-DialogCallback
-TemplatesPage::reporting(const DialogCallback& callback, const QString& callbackName, const QCheckBox* veto)
+void TemplatesPage::loadChosenTemplate()
 {
-    return [=, log = QPointer<LogView>(m_log), box = QPointer<const QCheckBox>(veto)](MessageDialog& dialog) {
-        if (callback && !callback(dialog))
-            return false;
-        if (!log || !box)
-            return true;
-        const bool vetoes = box->isChecked();
-        log->add(QStringLiteral("%1: %2").arg(callbackName,
-                                              vetoes ? QStringLiteral("veto") : QStringLiteral("go on")));
-        return !vetoes;
-    };
+    if (const MessageDialogTemplate* const chosen = m_list->chosen()) {
+        m_editor->load(*chosen);
+        m_edited = false;
+    }
+    showState();
+}
+
+void TemplatesPage::registerEditedTemplate()
+{
+    const MessageDialogTemplate t = m_editor->edited();
+    registerWithActions(t);
+    if (t.id.isEmpty())
+        return;
+    m_edited = false;
+    m_list->renew(t.id);
+    showState();
+}
+
+void TemplatesPage::unregisterEditedTemplate()
+{
+    const QString id = m_editor->edited().id;
+    MessageDialogTemplate::unregisterTemplate(id);
+    m_registered.remove(id);
+    m_list->renew(m_list->chosenId());
+    showState();
+}
+
+void TemplatesPage::execChosenTemplate()
+{
+    // A copy: the page may be destroyed while the dialog is up, and takes what it registered with it.
+    const MessageDialogTemplate t = *m_list->chosen();
+    const QPointer<TemplatesPage> page(this);
+    const QMessageBox::ButtonRole result = t.exec(window());
+    if (page)
+        m_log->add(QStringLiteral("exec() returned ") + roleName(result));
+}
+
+void TemplatesPage::openChosenTemplate()
+{
+    MessageDialog* const dialog = m_list->chosen()->createDialog(window());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::finished, this, [this, dialog] {
+        const QAbstractButton* const clicked = dialog->clickedButton();
+        m_log->add(QStringLiteral("clicked: ")
+                   + (clicked ? withoutMnemonic(clicked->text()) : QStringLiteral("nothing")));
+    });
+    m_log->add(QStringLiteral("open() of \"%1\"").arg(dialog->getId()));
+    dialog->open();
+}
+
+void TemplatesPage::showState()
+{
+    const bool taken = MessageDialogTemplate::getRegisteredTemplates().count(m_editor->edited().id) != 0;
+    m_register->setText(taken ? QStringLiteral("&Replace") : QStringLiteral("&Register"));
+    m_state->setText(m_edited || !taken ? QStringLiteral("not registered yet") : QString());
+    m_exec->setEnabled(m_list->chosen());
+    m_open->setEnabled(m_list->chosen());
 }

@@ -3,24 +3,22 @@
 #include "GalleryPage.h"
 #include "LoggerTap.h"
 
-#include <Quillet/MessageDialog.h>
-
 #include <QtCore/QSet>
 
+class CallbackSwitches;
 class LogView;
 class PreprocessorSwitches;
-class QCheckBox;
 class QLabel;
-class QListWidget;
 class QPushButton;
 class TemplateEditor;
+class TemplateList;
 
 namespace Quillet {
 struct MessageDialogTemplate;
 }
 
-/// Registers, edits and runs dialog templates, and shows what the library and they have to say. Registry,
-/// preprocessors and logger are again as they were once the page is destroyed.
+/// Registers, edits and runs dialog templates, and shows what the library and they have to say. With the page
+/// goes what it put into the process: templates, preprocessors, the log sink and the threshold.
 class TemplatesPage : public GalleryPage
 {
     Q_OBJECT
@@ -42,37 +40,26 @@ private:
     QWidget* createList();
     QWidget* createEditor();
     QWidget* createSwitches();
-    QWidget* createCallbackSwitches();
-    QWidget* createThreshold();
     void registerSamples();
+    void registerWithActions(Quillet::MessageDialogTemplate t);
 
-    /// The registered template that is chosen in the list; null where there is none.
-    const Quillet::MessageDialogTemplate* chosenTemplate() const;
     void loadChosenTemplate();
     void registerEditedTemplate();
     void unregisterEditedTemplate();
     void execChosenTemplate();
     void openChosenTemplate();
-
-    /// Lists what is registered and chooses \a id.
-    void listTemplates(const QString& id);
     void showState();
-
-    void registerWithActions(Quillet::MessageDialogTemplate t);
-    Quillet::DialogCallback
-    reporting(const Quillet::DialogCallback& callback, const QString& callbackName, const QCheckBox* veto);
 
     LogView* m_log;
     LoggerTap m_tap;
-    QListWidget* m_list;
+    TemplateList* m_list;
     QPushButton* m_exec;
     QPushButton* m_open;
     TemplateEditor* m_editor;
     QPushButton* m_register;
     QLabel* m_state;
     PreprocessorSwitches* m_preprocessors;
-    QCheckBox* m_preExecVeto;
-    QCheckBox* m_postExecVeto;
+    CallbackSwitches* m_callbacks;
     QSet<QString> m_registered; // by this page
     bool m_edited = false;      // since it was loaded or registered
 };
