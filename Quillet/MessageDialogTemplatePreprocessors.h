@@ -19,7 +19,10 @@ using TemplatePreprocessor = std::function<void(MessageDialogTemplate&)>;
 ///
 /// \code
 /// Quillet::MessageDialogTemplatePreprocessors::add(
-///     QStringLiteral("escape"), [](Quillet::MessageDialogTemplate& t) { t.text = t.text.toHtmlEscaped(); });
+///     QStringLiteral("escape"), [](Quillet::MessageDialogTemplate& t) {
+///         if (Qt::mightBeRichText(t.text))
+///             t.text = Qt::convertFromPlainText(t.text); // shows a "<b>" as it stands
+///     });
 /// \endcode
 ///
 /// MessageDialogTemplate::createDialog() and MessageDialogTemplate::exec() apply them to a copy; templates

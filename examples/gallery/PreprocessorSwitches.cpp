@@ -5,6 +5,7 @@
 #include <Quillet/MessageDialogTemplate.h>
 #include <Quillet/MessageDialogTemplatePreprocessors.h>
 
+#include <QtGui/QTextDocument>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QVBoxLayout>
 
@@ -28,8 +29,8 @@ void prefixTitle(MessageDialogTemplate& t)
 
 void escapeText(MessageDialogTemplate& t)
 {
-    // The tag makes a message box take it for rich text, also where "&amp;" is all that was escaped.
-    t.text = QStringLiteral("<span>%1</span>").arg(t.text.toHtmlEscaped());
+    if (Qt::mightBeRichText(t.text))
+        t.text = Qt::convertFromPlainText(t.text);
 }
 
 struct Preprocessor
