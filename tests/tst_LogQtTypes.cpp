@@ -33,17 +33,15 @@ private Q_SLOTS:
         QTest::newRow("empty") << QStringLiteral("") << std::wstring();
         QTest::newRow("ASCII") << QStringLiteral("save-changes") << std::wstring(L"save-changes");
         QTest::newRow("Basic Multilingual Plane")
-            << QStringLiteral("\u00E4\u20AC") << std::wstring({wchar_t(0xE4), wchar_t(0x20AC)});
-        QTest::newRow("a surrogate pair")
-            << QStringLiteral("\U0001F4BE!") << std::wstring({wchar_t(0x1F4BE), L'!'});
-        QTest::newRow("half a surrogate pair") << QString(QChar(0xD83D)) << std::wstring(1, wchar_t(0xFFFD));
+            << QStringLiteral("\u00E4\u20AC") << std::wstring(L"\u00E4\u20AC");
+        QTest::newRow("a surrogate pair") << QStringLiteral("\U0001F4BE!") << std::wstring(L"\U0001F4BE!");
+        QTest::newRow("half a surrogate pair")
+            << QString(QChar(0xD83D)) << std::wstring(1, wchar_t(sizeof(wchar_t) < 4 ? 0xD83D : 0xFFFD));
         QTest::newRow("NUL inside") << QString::fromLatin1("a\0b", 3) << std::wstring(L"a\0b", 3);
     }
 
     void eachCodePointBecomesOneCharacter()
     {
-        if (sizeof(wchar_t) < 4)
-            QSKIP("wchar_t has 16 bits here");
         QFETCH(QString, text);
         QFETCH(std::wstring, expected);
         QVERIFY(written(text) == expected);

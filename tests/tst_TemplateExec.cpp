@@ -268,7 +268,7 @@ private Q_SLOTS:
         QCOMPARE(result, QMessageBox::NRoles);
         QCOMPARE(journal, QStringList());
         if (!addressUsedAgain)
-            QSKIP("this allocator gives a freed address to nobody else so soon");
+            qInfo("this allocator gives a freed address to nobody else so soon");
     }
 
     // The dialog itself

@@ -52,7 +52,7 @@ class TestTemplateLog : public TemplateTestCase
     static void addOperations()
     {
         QTest::addColumn<Operation>("operation");
-        QTest::addColumn<QString>("id");
+        QTest::addColumn<QString>("identifier");
         QTest::addColumn<int>("level");
         QTest::addColumn<QString>("text");
         QTest::newRow("createDialog")
@@ -89,11 +89,11 @@ private Q_SLOTS:
     void eachOperationWritesItsLine()
     {
         QFETCH(Operation, operation);
-        QFETCH(QString, id);
+        QFETCH(QString, identifier);
         QFETCH(int, level);
         QFETCH(QString, text);
         const LogCapture log;
-        operation(id);
+        operation(identifier);
         QCOMPARE(log.lines(), (QVector<LogLine>{{level, text}}));
     }
 
@@ -102,11 +102,11 @@ private Q_SLOTS:
     void theThresholdDecidesWhichLevelsAreWritten()
     {
         QFETCH(Operation, operation);
-        QFETCH(QString, id);
+        QFETCH(QString, identifier);
         QFETCH(int, level);
         for (const std::int32_t threshold : {INT32_MIN, -1, 0, 1, 2, 3, 4, 5, INT32_MAX}) {
             const LogCapture log(threshold);
-            operation(id);
+            operation(identifier);
             QCOMPARE(log.lines().size(), threshold <= level ? 1 : 0);
         }
     }
@@ -127,17 +127,13 @@ private Q_SLOTS:
 
     void aCharacterBeyondTheBasicMultilingualPlaneIsOneWideCharacter()
     {
-        if (sizeof(wchar_t) < 4)
-            QSKIP("wchar_t has 16 bits here");
         std::wstring line;
         quorvel::GetLoggerDelegate() = [&](std::int32_t, const std::wstring& text) {
             line = text;
         };
         unregisterIt(QStringLiteral("\U0001F4BE"));
-        const std::wstring expected = L"MessageDialogTemplate: unregistering dialog template: ";
-        QCOMPARE(line.size(), expected.size() + 1);
-        QVERIFY(line.substr(0, expected.size()) == expected);
-        QCOMPARE(std::uint32_t(line.back()), std::uint32_t(0x1F4BE));
+        // As many as the compiler makes of it: one, but for a wchar_t of 16 bits.
+        QVERIFY(line == L"MessageDialogTemplate: unregistering dialog template: \U0001F4BE");
     }
 
     void theLineIsWrittenBeforeAnythingElseHappens()
