@@ -1,7 +1,5 @@
 #include "TemplateTestCase.h"
 
-#include <QtCore/QThread>
-
 #include <memory>
 #include <stdexcept>
 
