@@ -104,10 +104,12 @@ private Q_SLOTS:
         QFETCH(Operation, operation);
         QFETCH(QString, identifier);
         QFETCH(int, level);
+        QFETCH(QString, text);
         for (const std::int32_t threshold : {INT32_MIN, -1, 0, 1, 2, 3, 4, 5, INT32_MAX}) {
             const LogCapture log(threshold);
             operation(identifier);
-            QCOMPARE(log.lines().size(), threshold <= level ? 1 : 0);
+            QCOMPARE(log.lines(),
+                     threshold <= level ? (QVector<LogLine>{{level, text}}) : QVector<LogLine>());
         }
     }
 
@@ -148,10 +150,13 @@ private Q_SLOTS:
                                : QStringLiteral("filled"));
         };
         create(id);
+        execute(id);
         registerIt(id);
         unregisterIt(id);
         QCOMPARE(journal,
                  QStringList({QStringLiteral("empty"),
+                              QStringLiteral("preprocessor"),
+                              QStringLiteral("empty"),
                               QStringLiteral("preprocessor"),
                               QStringLiteral("empty"),
                               QStringLiteral("filled")}));
@@ -167,6 +172,17 @@ private Q_SLOTS:
         QCOMPARE(log.lines().size(), 2);
         for (const LogLine& line : log.lines())
             QVERIFY2(line.text.endsWith(QStringLiteral(": save-changes")), qPrintable(line.text));
+    }
+
+    void theHostsSinkItselfIsCalledAndNoCopyOfIt()
+    {
+        int shown = 0;
+        quorvel::GetLoggerDelegate() = [&shown, lines = 0](std::int32_t, const std::wstring&) mutable {
+            shown = ++lines;
+        };
+        unregisterIt(id);
+        unregisterIt(id);
+        QCOMPARE(shown, 2);
     }
 
     void aSuppressedLineAllocatesNothing_data()
