@@ -86,6 +86,14 @@ private Q_SLOTS:
         QVERIFY(Preprocessors::isEmpty());
     }
 
+    void aRefusalLeavesThePreprocessorsAlone()
+    {
+        QVERIFY(Preprocessors::add(alpha, append(alpha)));
+        QVERIFY(!Preprocessors::add(alpha, {}));
+        QVERIFY(!Preprocessors::add(QString(), append(QStringLiteral("nameless"))));
+        QCOMPARE(applied(), alpha);
+    }
+
     void refusalsAreNotLogged()
     {
         const LogCapture log;
