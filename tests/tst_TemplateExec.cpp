@@ -184,6 +184,19 @@ private Q_SLOTS:
         QVERIFY(!dialog);
     }
 
+    void anActionKeepsItsStateFromRunToRun()
+    {
+        int shown = 0;
+        MessageDialogTemplate t;
+        t.buttons[0] = {
+            QStringLiteral("only"), QMessageBox::AcceptRole, false, false, [&, runs = 0]() mutable {
+                shown = ++runs;
+            }};
+        run(t, click(QStringLiteral("only")));
+        run(t, click(QStringLiteral("only")));
+        QCOMPARE(shown, 2);
+    }
+
     // The other results
 
     void aDialogWithoutSlotsEndsWithoutAClickedSlot_data()
@@ -330,6 +343,27 @@ private Q_SLOTS:
         QCOMPARE(id, QStringLiteral("changed"));
         QCOMPARE(journal, QStringList(QStringLiteral("changed action")));
         QCOMPARE(t.buttons[0].role, QMessageBox::AcceptRole);
+    }
+
+    void theTemplateIsCopiedOnlyWherePreprocessorsAre()
+    {
+        const auto token = std::make_shared<int>();
+        MessageDialogTemplate t;
+        t.buttons[0].action = [token] {
+        };
+        const long before = token.use_count();
+        long during = 0;
+        const Answer look = [&](QMessageBox& box) {
+            during = token.use_count();
+            box.done(0);
+        };
+        run(t, look);
+        QCOMPARE(during, before);
+
+        const ScopedPreprocessor preprocessor(QStringLiteral("nothing"), [](MessageDialogTemplate&) {});
+        run(t, look);
+        QCOMPARE(during, before + 1);
+        QCOMPARE(token.use_count(), before);
     }
 
     void aPreprocessorMayAddAButtonAndItsAction()
@@ -505,6 +539,19 @@ private Q_SLOTS:
         whenModal(press(Qt::Key_Return));
         QCOMPARE(t.exec(parent), QMessageBox::AcceptRole);
         QVERIFY(!parent);
+    }
+
+    void anActionMayDestroyTheDialogAlone()
+    {
+        QStringList journal;
+        QWidget parent;
+        MessageDialogTemplate t = saveChanges(journal);
+        t.buttons[0].action = [&] {
+            delete parent.findChild<MessageDialog*>();
+        };
+        whenModal(press(Qt::Key_Return));
+        QCOMPARE(t.exec(&parent), QMessageBox::AcceptRole);
+        QVERIFY(parent.children().isEmpty());
     }
 
     // Exceptions
