@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 #include <new>
+#include <optional>
 
 using Quillet::MessageDialogTemplate;
 using Quillet::MessageDialogTemplatePreprocessors;
@@ -60,6 +61,21 @@ bool failsAtAllocation(std::size_t n, const Operation& operation)
     }
     return false;
 }
+
+// A callback that, when it is copied, makes the next allocation fail, and that vetoes. The dialog copies it
+// as soon as it has been constructed.
+class FailingAfterCopy
+{
+public:
+    explicit FailingAfterCopy(std::optional<FailingAllocation>& failing) : m_failing(failing) {}
+    FailingAfterCopy(const FailingAfterCopy& other) : m_failing(other.m_failing) { m_failing.emplace(0U); }
+    FailingAfterCopy(FailingAfterCopy&&) = default;
+
+    bool operator()(Quillet::MessageDialog&) const { return false; }
+
+private:
+    std::optional<FailingAllocation>& m_failing;
+};
 
 } // namespace
 
@@ -135,6 +151,34 @@ private Q_SLOTS:
             QVERIFY(failsAtAllocation(n, [&] { delete t.createDialog(); }));
             QCOMPARE(journal, QStringList());
         }
+    }
+
+    void aFailingAllocationAfterTheConstructorLeavesNoDialogBehind_data()
+    {
+        QTest::addColumn<bool>("runs");
+        QTest::newRow("createDialog") << false;
+    }
+
+    void aFailingAllocationAfterTheConstructorLeavesNoDialogBehind()
+    {
+        QFETCH(bool, runs);
+        QWidget parent;
+        std::optional<FailingAllocation> failing;
+        MessageDialogTemplate t;
+        t.buttons[0] = {QStringLiteral("only"), QMessageBox::AcceptRole, true, true, {}};
+        t.preExecCallback = FailingAfterCopy(failing);
+        bool failed = false;
+        try {
+            if (runs)
+                t.exec(&parent);
+            else
+                delete t.createDialog(&parent);
+        } catch (const std::bad_alloc&) {
+            failed = true;
+        }
+        failing.reset();
+        QVERIFY(failed);
+        QVERIFY(parent.children().isEmpty());
     }
 };
 
