@@ -233,6 +233,7 @@ private Q_SLOTS:
     {
         QStringList journal;
         QCOMPARE(run(saveChanges(journal), [](QMessageBox& box) { box.done(7); }), QMessageBox::NRoles);
+        QCOMPARE(run(saveChanges(journal), [](QMessageBox& box) { box.done(-2); }), QMessageBox::NRoles);
         QCOMPARE(run(saveChanges(journal), [](QMessageBox& box) { box.hide(); }), QMessageBox::NRoles);
         QCOMPARE(journal, QStringList());
     }
