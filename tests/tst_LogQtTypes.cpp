@@ -30,7 +30,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<std::wstring>("expected");
         QTest::newRow("null") << QString() << std::wstring();
-        QTest::newRow("empty") << QStringLiteral("") << std::wstring();
+        QTest::newRow("empty") << QString(QLatin1String("")) << std::wstring();
         QTest::newRow("ASCII") << QStringLiteral("save-changes") << std::wstring(L"save-changes");
         QTest::newRow("Basic Multilingual Plane")
             << QStringLiteral("\u00E4\u20AC") << std::wstring(L"\u00E4\u20AC");

@@ -80,7 +80,7 @@ private Q_SLOTS:
     void anEmptyNameOrAnEmptyCallableIsRefused()
     {
         QVERIFY(!Preprocessors::add(QString(), append(QStringLiteral("nameless"))));
-        QVERIFY(!Preprocessors::add(QStringLiteral(""), append(QStringLiteral("nameless"))));
+        QVERIFY(!Preprocessors::add(QLatin1String(""), append(QStringLiteral("nameless"))));
         QVERIFY(!Preprocessors::add(alpha, {}));
         QVERIFY(!Preprocessors::add(QString(), {}));
         QVERIFY(Preprocessors::isEmpty());

@@ -148,7 +148,7 @@ private Q_SLOTS:
                 QTest::addRow("%s a null identifier, threshold %d", operation, threshold)
                     << registers << QString() << threshold;
                 QTest::addRow("%s an empty identifier, threshold %d", operation, threshold)
-                    << registers << QStringLiteral("") << threshold;
+                    << registers << QString(QLatin1String("")) << threshold;
             }
         }
     }
