@@ -280,12 +280,20 @@ private Q_SLOTS:
         QCOMPARE(dialog->escapeButton(), dialog->buttons().constFirst());
     }
 
+    void aSlotWithoutTextMakesNoButtonAndNoDefault_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("null") << QString();
+        QTest::newRow("empty") << QString(QLatin1String(""));
+    }
+
     void aSlotWithoutTextMakesNoButtonAndNoDefault()
     {
+        QFETCH(QString, text);
         bool ran = false;
         MessageDialogTemplate t;
         t.buttons[0] = {QStringLiteral("only"), QMessageBox::AcceptRole, true, false, {}};
-        t.buttons[1] = {QString(), QMessageBox::DestructiveRole, true, true, [&] {
+        t.buttons[1] = {text, QMessageBox::DestructiveRole, true, true, [&] {
                             ran = true;
                         }};
         const auto dialog = created(t);

@@ -118,6 +118,15 @@ private Q_SLOTS:
         QCOMPARE(registeredIds(), QStringList(b));
     }
 
+    void unregisteringAnUnknownIdentifierRemovesNoneBeforeOrAfterIt()
+    {
+        MessageDialogTemplate::registerTemplate(named(b));
+        MessageDialogTemplate::unregisterTemplate(a);
+        MessageDialogTemplate::unregisterTemplate(QStringLiteral("C"));
+        MessageDialogTemplate::unregisterTemplate(QStringLiteral("b"));
+        QCOMPARE(registeredIds(), QStringList(b));
+    }
+
     void unregisteringAnUnknownIdentifierOnlyLeavesALine()
     {
         MessageDialogTemplate::registerTemplate(named(a));
