@@ -147,6 +147,14 @@ private Q_SLOTS:
         QCOMPARE(applied(), QStringLiteral("second"));
     }
 
+    void removingOneLeavesTheOthers()
+    {
+        QVERIFY(Preprocessors::add(alpha, append(alpha)));
+        QVERIFY(Preprocessors::add(zeta, append(zeta)));
+        QVERIFY(Preprocessors::remove(alpha));
+        QCOMPARE(applied(), zeta);
+    }
+
     void removingDestroysTheCallable()
     {
         const auto token = std::make_shared<int>();
