@@ -87,7 +87,7 @@ struct DialogOwner
 {
     Q_DISABLE_COPY(DialogOwner)
 
-    explicit DialogOwner(std::unique_ptr<MessageDialog> owned) : dialog(owned.release()) {}
+    explicit DialogOwner(std::unique_ptr<MessageDialog> owned) : dialog(owned.get()) { owned.release(); }
     ~DialogOwner() { delete dialog; }
 
     const QPointer<MessageDialog> dialog;

@@ -157,6 +157,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("runs");
         QTest::newRow("createDialog") << false;
+        QTest::newRow("exec") << true;
     }
 
     void aFailingAllocationAfterTheConstructorLeavesNoDialogBehind()
