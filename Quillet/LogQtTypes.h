@@ -10,8 +10,8 @@
 /// Writes \a text as one string, so that the stream's width and fill apply to the whole of it.
 ///
 /// Where wchar_t has 32 bits, each code point becomes one character; a surrogate without its other half
-/// becomes U+FFFD. Running out of memory ends the process.
-// NOLINTNEXTLINE(bugprone-exception-escape) a line cut short by an exception would be worse than none
+/// becomes U+FFFD. Running out of memory for the converted text ends the process.
+// NOLINTNEXTLINE(bugprone-exception-escape) nobody who logs is prepared for a failure
 inline std::wostream& operator<<(std::wostream& stream, const QString& text) noexcept
 {
     return stream << text.toStdWString();

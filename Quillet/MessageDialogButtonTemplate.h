@@ -22,9 +22,10 @@ struct MessageDialogButtonTemplate
     /// the other members are not looked at.
     QString text;
 
-    /// The button's role, and what MessageDialogTemplate::exec() returns when this button is clicked. Any
-    /// role but InvalidRole and NRoles, for which Qt adds no button; use each role for one slot only where
-    /// the result has to tell the slots apart.
+    /// The button's role, and what MessageDialogTemplate::exec() returns when this button is clicked. Use
+    /// each role for one slot only where the result has to tell the slots apart. InvalidRole and NRoles are
+    /// not for buttons: Qt warns and adds none, and a dialog whose only slots have such a role cannot be
+    /// closed.
     QMessageBox::ButtonRole role = QMessageBox::AcceptRole;
 
     /// Whether Enter presses the button, which is then also the dialog's primary one. Of several such

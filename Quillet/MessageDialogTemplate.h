@@ -33,14 +33,15 @@ namespace Quillet {
 ///
 /// **Preprocessors.** createDialog() and exec() build from a copy that the preprocessors have adjusted,
 /// where there are any (see MessageDialogTemplatePreprocessors). The template itself never changes, and
-/// where there are none it is not copied either: its texts and callables are used where they stand.
+/// where there are none it is not copied either: the actions run where they stand, in the template.
 ///
 /// **Registry.** One table in the process, keyed by identifier. The library only keeps it: it never looks a
 /// template up by itself.
 ///
 /// **Log.** Each operation but getRegisteredTemplates() writes a line to the host's logger,
 /// quorvel::GetLoggerDelegate(), if quorvel::GetLoggerLevel() is not above the level of the line: 2 for what
-/// it does, 3 for a call that it refuses. A line that is not wanted costs two calls.
+/// it does, 3 for a call that it refuses. A line that is not wanted costs two calls at most. One that is
+/// wanted takes memory; running out of that may end the process.
 ///
 /// Everything here is used from the GUI thread only. Exceptions thrown by preprocessors, callbacks, actions
 /// and the logger's sink pass through.
@@ -57,8 +58,8 @@ struct QUILLET_EXPORT MessageDialogTemplate
     /// The main text. Like every text of a QMessageBox it is shown as rich text if it looks like it.
     QString text;
 
-    /// The buttons, in the order in which they are added. Used slots need not be contiguous. A template
-    /// without any describes a dialog to which QMessageBox adds its OK button when it is shown.
+    /// The buttons, in the order in which they are added. Used slots need not be contiguous. Where all slots
+    /// are empty, QMessageBox adds its OK button when the dialog is shown.
     std::array<MessageDialogButtonTemplate, 4> buttons;
 
     /// The dialog's parent where createDialog() or exec() is given none. May be null. Not owned; it must be
@@ -98,16 +99,17 @@ struct QUILLET_EXPORT MessageDialogTemplate
     /// \return One of three kinds of result:
     ///         - the #MessageDialogButtonTemplate::role of the slot whose button was clicked. Its action, if
     ///           any, has run.
-    ///         - QMessageBox::InvalidRole (-1) after a veto by a callback. No action has run.
-    ///         - QMessageBox::NRoles when no button of a slot was clicked: the dialog was closed or
-    ///           destroyed by other code, or by a button that no slot made, such as the OK button of a dialog
-    ///           without slots. No action has run.
+    ///         - QMessageBox::InvalidRole (-1) after a veto by a callback, and where other code ended the
+    ///           dialog by QDialog::done(-1). No action has run.
+    ///         - QMessageBox::NRoles when no button of a slot was clicked: other code hid, ended or destroyed
+    ///           the dialog, or a button was clicked that no slot made, such as the OK button of a dialog
+    ///           without slots. No action has run. (To close the window is to click the escape button.)
     QMessageBox::ButtonRole exec(QWidget* parentWidget = nullptr) const;
 
     /// Stores a copy of \a t under its identifier, in place of any template there.
     ///
-    /// A template with an empty identifier is refused; the log tells so. When memory runs out, or a callable
-    /// throws while it is copied, the registry stays as it was.
+    /// A template with an empty identifier is refused; the log tells so. When memory for the copy runs out,
+    /// or a callable throws while it is copied, the registry stays as it was.
     static void registerTemplate(const MessageDialogTemplate& t);
 
     /// Removes the template with the identifier \a id and destroys it with its callables. An identifier

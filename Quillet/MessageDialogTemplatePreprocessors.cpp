@@ -20,7 +20,7 @@ bool MessageDialogTemplatePreprocessors::add(const QString& name, const Template
 {
     if (name.isEmpty() || !fn)
         return false;
-    return preprocessors.emplace(name, fn).second;
+    return preprocessors.try_emplace(name, fn).second;
 }
 
 bool MessageDialogTemplatePreprocessors::remove(const QString& name)

@@ -22,9 +22,7 @@ void noteWarning(QtMsgType /*type*/, const QMessageLogContext& /*context*/, cons
 bool isAbout(const QRectF& one, const QRectF& other)
 {
     const double tolerance = 1e-3 * std::max({1.0, one.width(), one.height()});
-    const auto differ = [=](double a, double b) {
-        return !(qAbs(a - b) <= tolerance);
-    };
+    const auto differ = [=](double a, double b) { return !(qAbs(a - b) <= tolerance); };
     return !differ(one.left(), other.left()) && !differ(one.top(), other.top())
            && !differ(one.right(), other.right()) && !differ(one.bottom(), other.bottom());
 }

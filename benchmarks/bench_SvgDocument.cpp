@@ -74,11 +74,7 @@ constexpr int nesting_checks = 10;
 Contender ours(const std::string& name, const Texts& texts)
 {
     const auto reader = std::make_shared<OurReader>();
-    return {name,
-            [=] { reader->read(texts); },
-            [=] {
-                reader->clear();
-            }};
+    return {name, [=] { reader->read(texts); }, [=] { reader->clear(); }};
 }
 
 /// Several times in a row, because a text that has just been decoded is in the caches.
@@ -93,18 +89,11 @@ void checkNesting(const Texts& texts)
 void compareWithXml(const WorkSet& set)
 {
     const Texts texts = acceptedTexts(set);
-    compareInRounds(set.name,
-                    {ours("ours", texts),
-                     {"xml",
-                      [=] {
-                          readXml(texts);
-                      }},
-                     {"nesting",
-                      [=] {
-                          checkNesting(texts);
-                      }}},
-                    {{"xml", "ours", "xml"}, {"nesting", "nesting", "xml", "", nesting_checks}},
-                    11);
+    compareInRounds(
+        set.name,
+        {ours("ours", texts), {"xml", [=] { readXml(texts); }}, {"nesting", [=] { checkNesting(texts); }}},
+        {{"xml", "ours", "xml"}, {"nesting", "nesting", "xml", "", nesting_checks}},
+        11);
 }
 
 /// The same amount of text in one piece and in small ones.
@@ -199,9 +188,7 @@ void drawBare(const BareShape& shape, QPainter& painter)
 
 void compareDrawing(const std::string& name, const Picture& picture, const std::vector<BareShape>& shapes)
 {
-    const auto ours = [=] {
-        onImage([&](QPainter& painter) { picture->draw(painter); });
-    };
+    const auto ours = [=] { onImage([&](QPainter& painter) { picture->draw(painter); }); };
     const auto bare = [=] {
         onImage([&](QPainter& painter) {
             for (const BareShape& shape : shapes)

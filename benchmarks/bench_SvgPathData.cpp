@@ -73,18 +73,9 @@ void compareWithReaderAndFloor(const WorkSet& set)
     const QStringList data = set.data();
     const auto recorded = record(data);
     compareInRounds(set.name,
-                    {{"ours",
-                      [=] {
-                          readOurs(data);
-                      }},
-                     {"literal",
-                      [=] {
-                          readLiterally(data);
-                      }},
-                     {"floor",
-                      [=] {
-                          replay(recorded);
-                      }}},
+                    {{"ours", [=] { readOurs(data); }},
+                     {"literal", [=] { readLiterally(data); }},
+                     {"floor", [=] { replay(recorded); }}},
                     {{"literal", "ours", "literal"}, {"floor", "ours", "floor"}},
                     15);
 }
@@ -121,22 +112,10 @@ void compareWithQt(const WorkSet& set)
     const QByteArray renamed = QByteArray(full).replace(R"( d=")", R"( d="" data-d=")");
     compareInRounds(
         set.name + "/qt",
-        {{"ours",
-          [=] {
-              readOurs(data);
-          }},
-         {"qt full",
-          [=] {
-              QtSvgPeer::load(full);
-          }},
-         {"qt emptied",
-          [=] {
-              QtSvgPeer::load(emptied);
-          }},
-         {"qt renamed",
-          [=] {
-              QtSvgPeer::load(renamed);
-          }}},
+        {{"ours", [=] { readOurs(data); }},
+         {"qt full", [=] { QtSvgPeer::load(full); }},
+         {"qt emptied", [=] { QtSvgPeer::load(emptied); }},
+         {"qt renamed", [=] { QtSvgPeer::load(renamed); }}},
         {{"qt", "ours", "qt full", "qt emptied"}, {"qt without XML", "ours", "qt full", "qt renamed"}},
         15);
 }

@@ -42,11 +42,7 @@ ScopedPreprocessor::~ScopedPreprocessor()
 
 MessageDialogTemplate saveChanges(QStringList& journal)
 {
-    const auto note = [&journal](const QString& text) {
-        return [&journal, text] {
-            journal.append(text);
-        };
-    };
+    const auto note = [&journal](const QString& text) { return [&journal, text] { journal.append(text); }; };
 
     MessageDialogTemplate t;
     t.id = QStringLiteral("save-changes");

@@ -35,9 +35,7 @@ extern "C" Q_DECL_EXPORT int leaveATemplateBehind()
     const auto token = std::make_shared<QString>(QStringLiteral("held by callables"));
     MessageDialogTemplate t;
     t.id = QStringLiteral("left-behind");
-    t.buttons[0] = {QStringLiteral("OK"), QMessageBox::AcceptRole, true, true, [token] {
-                        token->clear();
-                    }};
+    t.buttons[0] = {QStringLiteral("OK"), QMessageBox::AcceptRole, true, true, [token] { token->clear(); }};
     MessageDialogTemplate::registerTemplate(t);
     MessageDialogTemplatePreprocessors::add(QStringLiteral("left-behind"),
                                             [token](MessageDialogTemplate& each) { each.text = *token; });

@@ -243,9 +243,7 @@ private Q_SLOTS:
         DialogButtons buttons;
         picture(buttons.window);
         const QWidget* const page = buttons.window.pages().first();
-        const auto left = [page](const QWidget* widget) {
-            return widget->mapTo(page, QPoint()).x();
-        };
+        const auto left = [page](const QWidget* widget) { return widget->mapTo(page, QPoint()).x(); };
         QCOMPARE(left(buttons.table), left(page->findChild<QLineEdit*>()));
         QCOMPARE(left(buttons.defaultButton), left(page->findChild<QLineEdit*>()));
     }

@@ -524,9 +524,7 @@ private Q_SLOTS:
     void aDestroyedPageLeavesTheProcessAsItWas()
     {
         int lines = 0;
-        quorvel::GetLoggerDelegate() = [&](std::int32_t, const std::wstring&) {
-            ++lines;
-        };
+        quorvel::GetLoggerDelegate() = [&](std::int32_t, const std::wstring&) { ++lines; };
         quorvel::SetLoggerLevel(1);
         {
             const OpenedPage opened;

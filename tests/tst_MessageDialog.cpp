@@ -448,9 +448,7 @@ private Q_SLOTS:
     void exceptionsOfCallbacksPassThrough()
     {
         QFETCH(bool, fromPreExec);
-        const DialogCallback failing = [](MessageDialog&) -> bool {
-            throw std::runtime_error("callback");
-        };
+        const DialogCallback failing = [](MessageDialog&) -> bool { throw std::runtime_error("callback"); };
         MessageDialog dialog(title, text, QMessageBox::Question, QMessageBox::Ok);
         dialog.setCallbacks(fromPreExec ? failing : DialogCallback(),
                             fromPreExec ? DialogCallback() : failing);

@@ -19,6 +19,9 @@ static_assert(std::is_same_v<decltype(MessageDialogTemplate::preExecCallback), Q
 static_assert(std::is_same_v<decltype(MessageDialogTemplate::postExecCallback), Quillet::DialogCallback>);
 static_assert(std::is_same_v<decltype(MessageDialogButtonTemplate::action), std::function<void()>>);
 
+// What registering relies on to leave no half-made entry behind.
+static_assert(std::is_nothrow_move_assignable_v<MessageDialogTemplate>);
+
 // An action with a counter of its own, which every copy takes along.
 struct CountingAction
 {
@@ -56,9 +59,7 @@ private Q_SLOTS:
         // In storage that is not zero, so that a forgotten initialiser shows.
         alignas(MessageDialogTemplate) unsigned char storage[sizeof(MessageDialogTemplate)];
         std::fill(std::begin(storage), std::end(storage), static_cast<unsigned char>(0xA5));
-        const auto destroy = [](MessageDialogTemplate* t) {
-            t->~MessageDialogTemplate();
-        };
+        const auto destroy = [](MessageDialogTemplate* t) { t->~MessageDialogTemplate(); };
         const std::unique_ptr<MessageDialogTemplate, decltype(destroy)> t(new (storage) MessageDialogTemplate,
                                                                           destroy);
 
@@ -89,13 +90,9 @@ private Q_SLOTS:
                                          {},
                                          &parent,
                                          [&](MessageDialog&) { return ran = 1; },
-                                         [&](MessageDialog&) {
-                                             return ran = 2;
-                                         }};
+                                         [&](MessageDialog&) { return ran = 2; }};
         const MessageDialogButtonTemplate slot = {
-            QStringLiteral("slot"), QMessageBox::NoRole, true, false, [&] {
-                ran = 3;
-            }};
+            QStringLiteral("slot"), QMessageBox::NoRole, true, false, [&] { ran = 3; }};
 
         MessageDialog dialog;
         QCOMPARE(t.id, QStringLiteral("id"));
@@ -293,9 +290,7 @@ private Q_SLOTS:
         bool ran = false;
         MessageDialogTemplate t;
         t.buttons[0] = {QStringLiteral("only"), QMessageBox::AcceptRole, true, false, {}};
-        t.buttons[1] = {text, QMessageBox::DestructiveRole, true, true, [&] {
-                            ran = true;
-                        }};
+        t.buttons[1] = {text, QMessageBox::DestructiveRole, true, true, [&] { ran = true; }};
         const auto dialog = created(t);
         QCOMPARE(textsOf(*dialog), QStringList(QStringLiteral("only")));
         QCOMPARE(dialog->defaultButton(), dialog->buttons().constFirst());
@@ -399,8 +394,7 @@ private Q_SLOTS:
     {
         auto token = std::make_shared<int>();
         MessageDialogTemplate t;
-        t.buttons[0].action = [token] {
-        };
+        t.buttons[0].action = [token] {};
         const ScopedPreprocessor preprocessor(QStringLiteral("nothing"), [](MessageDialogTemplate&) {});
         const long before = token.use_count();
         const auto dialog = created(t);

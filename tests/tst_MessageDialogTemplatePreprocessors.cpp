@@ -19,9 +19,7 @@ const QString zeta = QStringLiteral("zeta");
 // Appends a word to a template's text, so that the text tells what ran.
 TemplatePreprocessor append(const QString& word)
 {
-    return [word](MessageDialogTemplate& t) {
-        t.text += word + QLatin1Char(' ');
-    };
+    return [word](MessageDialogTemplate& t) { t.text += word + QLatin1Char(' '); };
 }
 
 QString applied()

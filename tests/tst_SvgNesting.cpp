@@ -38,9 +38,7 @@ private Q_SLOTS:
     void theDepthOfWellFormedDocumentsIsExact_data()
     {
         QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, const QString& text) {
-            QTest::newRow(name) << text;
-        };
+        const auto row = [](const char* name, const QString& text) { QTest::newRow(name) << text; };
         const auto doctype = [](const char* subset) {
             return QStringLiteral("<!DOCTYPE svg [%1]>").arg(QString::fromUtf8(subset));
         };

@@ -18,37 +18,27 @@ using Calls = QVector<Call>;
 
 Call move(double x, double y)
 {
-    return [=](QPainterPath& path) {
-        path.moveTo(x, y);
-    };
+    return [=](QPainterPath& path) { path.moveTo(x, y); };
 }
 
 Call line(double x, double y)
 {
-    return [=](QPainterPath& path) {
-        path.lineTo(x, y);
-    };
+    return [=](QPainterPath& path) { path.lineTo(x, y); };
 }
 
 Call cubic(QPointF c1, QPointF c2, QPointF end)
 {
-    return [=](QPainterPath& path) {
-        path.cubicTo(c1, c2, end);
-    };
+    return [=](QPainterPath& path) { path.cubicTo(c1, c2, end); };
 }
 
 Call quad(QPointF control, QPointF end)
 {
-    return [=](QPainterPath& path) {
-        path.quadTo(control, end);
-    };
+    return [=](QPainterPath& path) { path.quadTo(control, end); };
 }
 
 Call close()
 {
-    return [](QPainterPath& path) {
-        path.closeSubpath();
-    };
+    return [](QPainterPath& path) { path.closeSubpath(); };
 }
 
 QPainterPath pathOf(const Calls& calls)

@@ -38,9 +38,7 @@ Answer clickWithTheMouse(const QString& text)
 
 Answer click(const QString& text)
 {
-    return [text](QMessageBox& box) {
-        buttonOf(box, text)->click();
-    };
+    return [text](QMessageBox& box) { buttonOf(box, text)->click(); };
 }
 
 void closeWindow(QMessageBox& box)
@@ -151,9 +149,7 @@ private Q_SLOTS:
     {
         bool ran = false;
         MessageDialogTemplate t;
-        t.buttons[0] = {QString(), QMessageBox::DestructiveRole, true, true, [&] {
-                            ran = true;
-                        }};
+        t.buttons[0] = {QString(), QMessageBox::DestructiveRole, true, true, [&] { ran = true; }};
         t.buttons[1] = {QStringLiteral("only"), QMessageBox::NoRole, false, false, {}};
         QCOMPARE(run(t, press(Qt::Key_Return)), QMessageBox::NoRole);
         QCOMPARE(run(t, press(Qt::Key_Escape)), QMessageBox::NoRole);
@@ -329,9 +325,7 @@ private Q_SLOTS:
         const ScopedPreprocessor preprocessor(QStringLiteral("swap"), [&](MessageDialogTemplate& t) {
             t.id = QStringLiteral("changed");
             t.buttons[0].role = QMessageBox::YesRole;
-            t.buttons[0].action = [&journal] {
-                journal.append(QStringLiteral("changed action"));
-            };
+            t.buttons[0].action = [&journal] { journal.append(QStringLiteral("changed action")); };
         });
         const MessageDialogTemplate t = saveChanges(journal);
         QString id;
@@ -350,8 +344,7 @@ private Q_SLOTS:
     {
         const auto token = std::make_shared<int>();
         MessageDialogTemplate t;
-        t.buttons[0].action = [token] {
-        };
+        t.buttons[0].action = [token] {};
         const long before = token.use_count();
         long during = 0;
         const Answer look = [&](QMessageBox& box) {
@@ -436,22 +429,10 @@ private Q_SLOTS:
         QTest::addColumn<Answer>("destroy");
         QTest::addColumn<bool>("preprocessed");
         const QVector<QPair<const char*, Answer>> ways = {
-            {"the dialog",
-             [](QMessageBox& box) {
-                 delete &box;
-             }},
-            {"the dialog, later",
-             [](QMessageBox& box) {
-                 box.deleteLater();
-             }},
-            {"the parent",
-             [](QMessageBox& box) {
-                 delete box.parentWidget();
-             }},
-            {"the parent, later",
-             [](QMessageBox& box) {
-                 box.parentWidget()->deleteLater();
-             }},
+            {"the dialog", [](QMessageBox& box) { delete &box; }},
+            {"the dialog, later", [](QMessageBox& box) { box.deleteLater(); }},
+            {"the parent", [](QMessageBox& box) { delete box.parentWidget(); }},
+            {"the parent, later", [](QMessageBox& box) { box.parentWidget()->deleteLater(); }},
             {"the parent, by closing it",
              [](QMessageBox& box) {
                  box.parentWidget()->setAttribute(Qt::WA_DeleteOnClose);
@@ -534,9 +515,7 @@ private Q_SLOTS:
         QStringList journal;
         const QPointer<QWidget> parent(new QWidget);
         MessageDialogTemplate t = saveChanges(journal);
-        t.buttons[0].action = [&] {
-            delete parent;
-        };
+        t.buttons[0].action = [&] { delete parent; };
         whenModal(press(Qt::Key_Return));
         QCOMPARE(t.exec(parent), QMessageBox::AcceptRole);
         QVERIFY(!parent);
@@ -547,9 +526,7 @@ private Q_SLOTS:
         QStringList journal;
         QWidget parent;
         MessageDialogTemplate t = saveChanges(journal);
-        t.buttons[0].action = [&] {
-            delete parent.findChild<MessageDialog*>();
-        };
+        t.buttons[0].action = [&] { delete parent.findChild<MessageDialog*>(); };
         whenModal(press(Qt::Key_Return));
         QCOMPARE(t.exec(&parent), QMessageBox::AcceptRole);
         QVERIFY(parent.children().isEmpty());
@@ -571,16 +548,13 @@ private Q_SLOTS:
             if (from == QLatin1String(place))
                 throw Failure();
         };
-        quorvel::GetLoggerDelegate() = [&](std::int32_t, const std::wstring&) {
-            failIn("sink");
-        };
+        quorvel::GetLoggerDelegate() = [&](std::int32_t, const std::wstring&) { failIn("sink"); };
         const ScopedPreprocessor preprocessor(QStringLiteral("failing"),
                                               [&](MessageDialogTemplate&) { failIn("preprocessor"); });
 
         MessageDialogTemplate t;
-        t.buttons[0] = {QStringLiteral("only"), QMessageBox::AcceptRole, true, false, [&] {
-                            failIn("action");
-                        }};
+        t.buttons[0] = {
+            QStringLiteral("only"), QMessageBox::AcceptRole, true, false, [&] { failIn("action"); }};
         t.preExecCallback = [&](MessageDialog&) {
             failIn("pre-exec callback");
             whenModal(press(Qt::Key_Return));

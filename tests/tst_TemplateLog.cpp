@@ -20,9 +20,7 @@ void execute(const QString& id)
 {
     MessageDialogTemplate t;
     t.id = id;
-    t.preExecCallback = [](Quillet::MessageDialog&) {
-        return false;
-    };
+    t.preExecCallback = [](Quillet::MessageDialog&) { return false; };
     t.exec();
 }
 
@@ -130,9 +128,7 @@ private Q_SLOTS:
     void aCharacterBeyondTheBasicMultilingualPlaneIsOneWideCharacter()
     {
         std::wstring line;
-        quorvel::GetLoggerDelegate() = [&](std::int32_t, const std::wstring& text) {
-            line = text;
-        };
+        quorvel::GetLoggerDelegate() = [&](std::int32_t, const std::wstring& text) { line = text; };
         unregisterIt(QStringLiteral("\U0001F4BE"));
         // As many as the compiler makes of it: one, but for a wchar_t of 16 bits.
         QVERIFY(line == L"MessageDialogTemplate: unregistering dialog template: \U0001F4BE");
@@ -200,8 +196,7 @@ private Q_SLOTS:
         QFETCH(bool, sink);
         quorvel::SetLoggerLevel(threshold);
         if (sink)
-            quorvel::GetLoggerDelegate() = [](std::int32_t, const std::wstring&) {
-            };
+            quorvel::GetLoggerDelegate() = [](std::int32_t, const std::wstring&) {};
 
         // These two have nothing else to allocate.
         const QString unknown = QStringLiteral("an identifier that nobody has registered");
@@ -218,8 +213,7 @@ private Q_SLOTS:
     void aWrittenLineAllocates()
     {
         // Otherwise the case above would count in vain.
-        quorvel::GetLoggerDelegate() = [](std::int32_t, const std::wstring&) {
-        };
+        quorvel::GetLoggerDelegate() = [](std::int32_t, const std::wstring&) {};
         const QString unknown = QStringLiteral("an identifier that nobody has registered");
         const std::size_t before = allocations();
         unregisterIt(unknown);

@@ -198,11 +198,8 @@ private Q_SLOTS:
     {
         const auto token = std::make_shared<int>();
         MessageDialogTemplate t = named(a);
-        t.buttons[3].action = [token] {
-        };
-        t.postExecCallback = [token](Quillet::MessageDialog&) {
-            return true;
-        };
+        t.buttons[3].action = [token] {};
+        t.postExecCallback = [token](Quillet::MessageDialog&) { return true; };
         MessageDialogTemplate::registerTemplate(t);
         t = {};
         QCOMPARE(token.use_count(), 3L);
@@ -210,8 +207,7 @@ private Q_SLOTS:
         QCOMPARE(token.use_count(), 1L);
 
         t = named(a);
-        t.buttons[0].action = [token] {
-        };
+        t.buttons[0].action = [token] {};
         MessageDialogTemplate::registerTemplate(t);
         t = {};
         QCOMPARE(token.use_count(), 2L);
@@ -230,22 +226,11 @@ private Q_SLOTS:
     {
         QFETCH(QString, operation);
         const std::map<QString, std::function<void()>> operations = {
-            {QStringLiteral("add"),
-             [] {
-                 MessageDialogTemplate::registerTemplate(named(b));
-             }},
+            {QStringLiteral("add"), [] { MessageDialogTemplate::registerTemplate(named(b)); }},
             {QStringLiteral("replace"),
-             [] {
-                 MessageDialogTemplate::registerTemplate(named(a, QStringLiteral("new")));
-             }},
-            {QStringLiteral("remove"),
-             [] {
-                 MessageDialogTemplate::unregisterTemplate(a);
-             }},
-            {QStringLiteral("refuse"),
-             [] {
-                 MessageDialogTemplate::unregisterTemplate(QString());
-             }},
+             [] { MessageDialogTemplate::registerTemplate(named(a, QStringLiteral("new"))); }},
+            {QStringLiteral("remove"), [] { MessageDialogTemplate::unregisterTemplate(a); }},
+            {QStringLiteral("refuse"), [] { MessageDialogTemplate::unregisterTemplate(QString()); }},
         };
         MessageDialogTemplate::registerTemplate(named(a, QStringLiteral("old")));
         quorvel::GetLoggerDelegate() = [](std::int32_t, const std::wstring&) {
