@@ -16,11 +16,7 @@ namespace Quillet {
 /// The first swap() applies the stored flags and keeps the component's own; a second swap() with the same
 /// component restores them:
 ///
-/// \code
-/// Quillet::ComponentState state(false, false);
-/// state.swap(action); // disabled and hidden
-/// state.swap(action); // as it was
-/// \endcode
+/// \snippet tst_ComponentStateSnippets.cpp swap
 ///
 /// What it keeps is what the component reported. A widget that only its parent disables reports disabled, and
 /// so does an action that is not visible: after two swaps these are disabled by themselves.

@@ -27,13 +27,7 @@ using DialogCallback = std::function<bool(MessageDialog&)>;
 /// - An identifier, which the dialog only stores.
 /// - A window title that follows from the icon, for the constructor without a title.
 ///
-/// \code
-/// Quillet::MessageDialog dialog(QStringLiteral("The document has unsaved changes."),
-///                               QMessageBox::Question);
-/// dialog.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-/// if (dialog.exec() == QMessageBox::Save)
-///     save();
-/// \endcode
+/// \snippet tst_MessageDialogSnippets.cpp standard-buttons
 ///
 /// What a host application must know:
 ///

@@ -9,10 +9,7 @@ namespace Quillet {
 
 /// One button of a MessageDialogTemplate: a plain value. A slot with an empty text stands for no button.
 ///
-/// \code
-/// t.buttons[0] = {tr("Save"), QMessageBox::AcceptRole, true, false, [this] { save(); }};
-/// t.buttons[1] = {tr("Cancel"), QMessageBox::RejectRole, false, true, {}};
-/// \endcode
+/// \snippet tst_DialogTemplateSnippets.cpp slots
 ///
 /// Copying copies the action with all that it holds: a copy shares nothing with its source, unless the
 /// action itself captured a pointer or a reference.

@@ -11,23 +11,8 @@ namespace Quillet {
 
 /// Describes a message dialog completely: a plain value to copy, store, register and run.
 ///
-/// \code
-/// Quillet::MessageDialogTemplate t;
-/// t.id = QStringLiteral("save-changes");
-/// t.icon = QMessageBox::Question;
-/// t.title = tr("Unsaved changes");
-/// t.text = tr("Save the changes to Harbour.svg?");
-/// t.buttons[0] = {tr("&Save"), QMessageBox::AcceptRole, true, false, [this] { save(); }};
-/// t.buttons[1] = {tr("&Discard"), QMessageBox::DestructiveRole, false, false, {}};
-/// t.buttons[2] = {tr("Cancel"), QMessageBox::RejectRole, false, true, {}};
-/// Quillet::MessageDialogTemplate::registerTemplate(t);
-///
-/// // Later, and elsewhere:
-/// const auto& templates = Quillet::MessageDialogTemplate::getRegisteredTemplates();
-/// const auto saveChanges = templates.find(QStringLiteral("save-changes"));
-/// if (saveChanges != templates.end() && saveChanges->second.exec(mainWindow) != QMessageBox::RejectRole)
-///     close();
-/// \endcode
+/// \snippet tst_DialogTemplateSnippets.cpp register
+/// \snippet tst_DialogTemplateSnippets.cpp run
 ///
 /// A default-constructed template describes a dialog without icon, title, text and buttons.
 ///
@@ -50,6 +35,7 @@ struct QUILLET_EXPORT MessageDialogTemplate
     /// The key in the registry, and the identifier of the dialog (MessageDialog::getId()).
     QString id;
 
+    /// The icon; NoIcon shows none.
     QMessageBox::Icon icon = QMessageBox::NoIcon;
 
     /// The window title. An empty one stays empty, whatever the icon.
@@ -97,7 +83,7 @@ struct QUILLET_EXPORT MessageDialogTemplate
     ///
     /// \param parentWidget wins over the member #parent; may be null.
     /// \return One of three kinds of result:
-    ///         - the #MessageDialogButtonTemplate::role of the slot whose button was clicked. Its action, if
+    ///         - the MessageDialogButtonTemplate::role of the slot whose button was clicked. Its action, if
     ///           any, has run.
     ///         - QMessageBox::InvalidRole (-1) after a veto by a callback, and where other code ended the
     ///           dialog by QDialog::done(-1). No action has run.

@@ -17,13 +17,7 @@ using TemplatePreprocessor = std::function<void(MessageDialogTemplate&)>;
 
 /// Named hooks that adjust every dialog built from a template: to translate or escape its texts, say.
 ///
-/// \code
-/// Quillet::MessageDialogTemplatePreprocessors::add(
-///     QStringLiteral("escape"), [](Quillet::MessageDialogTemplate& t) {
-///         if (Qt::mightBeRichText(t.text))
-///             t.text = Qt::convertFromPlainText(t.text); // shows a "<b>" as it stands
-///     });
-/// \endcode
+/// \snippet tst_DialogTemplateSnippets.cpp escape
 ///
 /// MessageDialogTemplate::createDialog() and MessageDialogTemplate::exec() apply them to a copy; templates
 /// that are stored or held by the caller never change. There is one table in the process, used from the GUI

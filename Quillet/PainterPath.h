@@ -35,12 +35,18 @@ public:
 
     /// The path in path coordinates.
     const QPainterPath& getPath() const;
+    /// Replaces the path, with its fill rule.
     void setPath(const QPainterPath& path);
 
+    /// What strokes the outline, if its colour is valid. Its width is in drawing coordinates: the transform
+    /// maps the path, not the pen.
     const QPen& getPen() const;
+    /// Replaces the pen.
     void setPen(const QPen& pen);
 
+    /// What fills the area, if its colour is valid.
     const QBrush& getBrush() const;
+    /// Replaces the brush.
     void setBrush(const QBrush& brush);
 
     /// The map from path coordinates to drawing coordinates.

@@ -13,11 +13,7 @@ namespace Quillet {
 /// The container owns its shapes and cannot be copied. Shapes stay in the order in which they were appended,
 /// and none is ever removed.
 ///
-/// \code
-/// Quillet::PainterPathContainer picture;
-/// if (Quillet::parseSvgFile(fileName, picture))
-///     picture.draw(painter);
-/// \endcode
+/// \snippet tst_VectorPathSnippets.cpp draw
 class QUILLET_EXPORT PainterPathContainer
 {
 public:

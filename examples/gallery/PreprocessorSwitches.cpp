@@ -30,7 +30,7 @@ void prefixTitle(MessageDialogTemplate& t)
 void escapeText(MessageDialogTemplate& t)
 {
     if (Qt::mightBeRichText(t.text))
-        t.text = Qt::convertFromPlainText(t.text);
+        t.text = Qt::convertFromPlainText(t.text, Qt::WhiteSpaceNormal);
 }
 
 struct Preprocessor

@@ -37,6 +37,7 @@ public:
     /// The map with the given matrix. Its inverse is absent.
     explicit AffineTransform(const Eigen::Matrix<T, 4, 4>& matrix) : m_matrix(matrix) {}
 
+    /// The whole map.
     const Matrix& matrix() const { return m_matrix; }
 
     /// The inverse of matrix(), or nothing where it was never computed.
