@@ -3,8 +3,6 @@
 #include <QtGui/QTextDocument>
 #include <QtWidgets/QPushButton>
 
-using Quillet::MessageDialog;
-
 class TestDialogTemplateSnippets : public TemplateTestCase
 {
     Q_OBJECT
