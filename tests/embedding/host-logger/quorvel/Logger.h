@@ -1,6 +1,7 @@
 #pragma once
 
-// The embedding host's own logger.
+// The embedding host's own logger. Its functions are defined in one library, so that the host and Quillet
+// have the same sink.
 
 #include <cstdint>
 #include <functional>
@@ -10,15 +11,7 @@ namespace quorvel {
 
 using LoggerDelegate = std::function<void(std::int32_t, const std::wstring&)>;
 
-inline std::int32_t GetLoggerLevel()
-{
-    return 2;
-}
-
-inline LoggerDelegate& GetLoggerDelegate()
-{
-    static LoggerDelegate delegate;
-    return delegate;
-}
+std::int32_t GetLoggerLevel();
+LoggerDelegate& GetLoggerDelegate();
 
 } // namespace quorvel
