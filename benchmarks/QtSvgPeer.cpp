@@ -42,6 +42,11 @@ void load(const QByteArray& document)
     renderer.load(document);
 }
 
+std::shared_ptr<void> read(const QByteArray& document)
+{
+    return std::make_shared<QSvgRenderer>(document);
+}
+
 bool readsAlike(const QStringList& data)
 {
     hasWarned = false; // as it does of data that it does not read to the end
@@ -74,6 +79,11 @@ bool isAvailable()
 }
 
 void load(const QByteArray& /*document*/) {}
+
+std::shared_ptr<void> read(const QByteArray& /*document*/)
+{
+    return nullptr;
+}
 
 bool readsAlike(const QStringList& /*data*/)
 {

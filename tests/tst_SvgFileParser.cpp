@@ -660,16 +660,38 @@ private Q_SLOTS:
         QCOMPARE(reading.count(), 0);
     }
 
-    void externalEntitiesAreNotFetched()
+    void whatADocumentRefersToIsNotFetched_data()
     {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("an external entity")
+            << QStringLiteral("<!DOCTYPE svg [<!ENTITY x SYSTEM 'file://%1/path'>]><svg>&x;</svg>");
+        QTest::newRow("an external document type")
+            << QStringLiteral("<!DOCTYPE svg SYSTEM 'file://%1/declaration'><svg>&x;</svg>");
+        QTest::newRow("an external document type with a public name")
+            << QStringLiteral("<!DOCTYPE svg PUBLIC 'x' 'file://%1/declaration'><svg>&x;</svg>");
+        QTest::newRow("an external parameter entity")
+            << QStringLiteral("<!DOCTYPE svg [<!ENTITY % d SYSTEM '%1/declaration'> %d;]><svg>&x;</svg>");
+        QTest::newRow("a link to a document") << QStringLiteral(
+            "<svg xmlns:xlink='http://www.w3.org/1999/xlink'>"
+            "<use xlink:href='file://%1/document'/><image xlink:href='%1/document'/></svg>");
+        QTest::newRow("an instruction that names a style sheet")
+            << QStringLiteral("<?xml-stylesheet href='file://%1/document'?><svg/>");
+    }
+
+    void whatADocumentRefersToIsNotFetched()
+    {
+        QFETCH(QString, text);
         const QTemporaryDir directory;
-        QFile file(directory.filePath(QStringLiteral("external.svg")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(path().toUtf8());
-        file.close();
-        const Reading reading(
-            QStringLiteral("<!DOCTYPE svg [<!ENTITY x SYSTEM 'file://%1'>]>").arg(file.fileName())
-            + document(QStringLiteral("&x;")));
+        const auto write = [&](const QString& name, const QString& content) {
+            QFile file(directory.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(content.toUtf8());
+        };
+        write(QStringLiteral("path"), path());
+        write(QStringLiteral("declaration"), QStringLiteral("<!ENTITY x \"%1\">").arg(path()));
+        write(QStringLiteral("document"), document(path()));
+
+        const Reading reading(text.replace(QStringLiteral("%1"), directory.path()));
         QCOMPARE(reading.count(), 0);
     }
 };
