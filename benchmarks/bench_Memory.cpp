@@ -38,13 +38,14 @@ void noteGivenBack(void* memory)
 
 } // namespace
 
-// glibc's own names for what is replaced below.
+// glibc declares these with reserved names for the parameters, and calls its own by reserved names.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name, bugprone-reserved-identifier)
 extern "C" {
-void* __libc_malloc(std::size_t size);                      // NOLINT(bugprone-reserved-identifier)
-void* __libc_calloc(std::size_t count, std::size_t size);   // NOLINT(bugprone-reserved-identifier)
-void* __libc_realloc(void* memory, std::size_t size);       // NOLINT(bugprone-reserved-identifier)
-void* __libc_memalign(std::size_t align, std::size_t size); // NOLINT(bugprone-reserved-identifier)
-void __libc_free(void* memory);                             // NOLINT(bugprone-reserved-identifier)
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* memory, std::size_t size);
+void* __libc_memalign(std::size_t align, std::size_t size);
+void __libc_free(void* memory);
 
 void* malloc(std::size_t size) noexcept
 {
@@ -84,6 +85,7 @@ void free(void* memory) noexcept
     __libc_free(memory);
 }
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name, bugprone-reserved-identifier)
 
 namespace {
 
@@ -112,7 +114,7 @@ std::shared_ptr<Quillet::PainterPathContainer> readOurs(const QString& text)
 
 std::shared_ptr<Quillet::PainterPathContainer> readAndMap(const QString& text)
 {
-    const auto picture = readOurs(text);
+    auto picture = readOurs(text);
     Eigen::Matrix4d moved = Eigen::Matrix4d::Identity();
     moved(0, 3) = 1;
     picture->setTransform(lumo::AffineTransform<double>(moved));
