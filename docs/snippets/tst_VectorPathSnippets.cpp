@@ -62,6 +62,31 @@ private Q_SLOTS:
         QCOMPARE(image.pixelColor(15, 5), QColor(Qt::red));
         QCOMPARE(image.pixelColor(5, 5), QColor(Qt::white));
     }
+
+    // The guide's table of flags.
+    void flagsOfArcsMustStandApart_data()
+    {
+        QTest::addColumn<QString>("data");
+        QTest::addColumn<bool>("draws");
+        QTest::addColumn<QPointF>("end");
+        QTest::newRow("apart") << QStringLiteral("M0 5a5 5 0 1 1 10 0") << true << QPointF(10, 5);
+        QTest::newRow("together") << QStringLiteral("M0 5a5 5 0 1110 0") << false << QPointF(0, 5);
+        QTest::newRow("two arcs together")
+            << QStringLiteral("M0 5a5 5 0 1110 0 5 5 0 11-10 0") << true << QPointF(5, 10);
+        QTest::newRow("decimals") << QStringLiteral("M0 5a5 5 0 01.5.5") << false << QPointF(0, 5);
+    }
+
+    void flagsOfArcsMustStandApart()
+    {
+        QFETCH(QString, data);
+        QFETCH(bool, draws);
+        QFETCH(QPointF, end);
+        Quillet::PainterPathContainer picture;
+        QVERIFY(Quillet::parseSvg(QStringLiteral("<svg><path d='%1'/></svg>").arg(data), picture));
+        const QPainterPath& path = picture.getPaths().front()->getPath();
+        QCOMPARE(path.elementCount() > 1, draws);
+        QCOMPARE(path.currentPosition(), end);
+    }
 };
 
 QUILLET_TEST_MAIN(TestVectorPathSnippets)
