@@ -36,6 +36,8 @@ using DialogCallback = std::function<bool(MessageDialog&)>;
 /// - Once a box has been shown with an icon, icon() reports QMessageBox::NoIcon: QMessageBox does so for
 ///   every box with a pixmap of its own. A later setIcon() is picked up by the next show, unless it sets
 ///   the very icon that the show before replaced.
+/// - The static functions that it inherits, question() and so on, show a plain QMessageBox.
+/// - Only the box's own style sheet keeps the library's away; one of the application or of a window does not.
 /// - A custom button, one added with a text of its own or as a button object, outranks every standard
 ///   button, Ok included, when the primary button is chosen. The button that setDetailedText() adds counts
 ///   as custom. Give the box a default button to decide otherwise.

@@ -61,7 +61,9 @@ struct QUILLET_EXPORT MessageDialogTemplate
     /// Builds the dialog, without showing it.
     ///
     /// The callbacks go with it, as copies; the actions do not, because nothing would run them: ask the
-    /// dialog for clickedButton() or connect to its buttonClicked() signal.
+    /// dialog for clickedButton() or connect to its buttonClicked() signal. When it was opened without a
+    /// modal loop and its window is closed, Qt neither emits that signal nor sets the clicked button; only
+    /// QDialog::finished() tells.
     ///
     /// \param parentWidget wins over the member #parent; may be null.
     /// \return a new dialog, which the caller owns. With a parent the parent owns it, too: delete it, or

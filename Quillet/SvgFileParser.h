@@ -10,7 +10,8 @@ class PainterPathContainer;
 
 /// Reads the paths of an SVG file and appends them to \a container. See parseSvg().
 ///
-/// The file is read as UTF-8, whatever its XML declaration says, and only up to the first null byte.
+/// The file is read as UTF-8, whatever its XML declaration says, and only up to the first null byte. A pipe
+/// or a device is read until it ends.
 ///
 /// \return false when the file cannot be read, and where parseSvg() returns false.
 QUILLET_EXPORT bool parseSvgFile(const QString& fileName, PainterPathContainer& container);
@@ -28,7 +29,9 @@ QUILLET_EXPORT bool parseSvgFile(const QString& fileName, PainterPathContainer& 
 ///
 /// Nothing is fetched from a file or a network. A document whose elements, or the parentheses of whose
 /// content models, are nested more than 2000 deep is refused before it is read, because reading such a
-/// document would use up the stack. Up to that depth reading takes up to 700 KiB of stack.
+/// document would use up the stack. Up to that depth reading takes up to 700 KiB of stack. Nothing else
+/// limits what is read: entities may make very many shapes of a short text. Check documents that are not
+/// trusted.
 ///
 /// \return false when the text is not well-formed, has no root "svg" or is nested too deep: then \a container
 ///         is untouched. Also false when the data or an attribute of a path is rejected: the shapes before

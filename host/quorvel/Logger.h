@@ -17,7 +17,9 @@
 /// \file
 /// Stand-in for a host application's logger: one threshold and one sink in the whole process.
 ///
-/// Nothing here takes a lock; set the threshold and the sink up before other threads log.
+/// Nothing here takes a lock; set the threshold and the sink up before other threads log. A host that brings
+/// a logger of its own defines these functions in a shared library: in a static one, or inline, they would
+/// give each library a sink of its own.
 
 namespace quorvel {
 
