@@ -87,7 +87,10 @@ struct DialogOwner
 {
     Q_DISABLE_COPY(DialogOwner)
 
-    explicit DialogOwner(std::unique_ptr<MessageDialog> owned) : dialog(owned.get()) { owned.release(); }
+    explicit DialogOwner(std::unique_ptr<MessageDialog> owned) : dialog(owned.get())
+    {
+        static_cast<void>(owned.release()); // only now: the guarded pointer allocates
+    }
     ~DialogOwner() { delete dialog; }
 
     const QPointer<MessageDialog> dialog;
