@@ -77,3 +77,42 @@ function(quillet_configure_library target version_script)
     target_link_options(${target} PRIVATE "LINKER:-z,defs")
   endif()
 endfunction()
+
+# quillet_install_library(<target> <directory of its headers>)
+#
+# Installs one of our libraries with its public headers, and exports it as <target>::<target>.
+function(quillet_install_library target header_directory)
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${target}::${target})
+  get_target_property(type ${target} TYPE)
+  if(NOT type STREQUAL "INTERFACE_LIBRARY")
+    quillet_set_install_rpath(${target} "${CMAKE_INSTALL_LIBDIR}")
+  endif()
+  install(
+    TARGETS ${target}
+    EXPORT QuilletTargets
+    LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+    RUNTIME COMPONENT runtime
+    ARCHIVE COMPONENT development
+    PUBLIC_HEADER DESTINATION "${header_directory}" COMPONENT development
+    INCLUDES
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+endfunction()
+
+# quillet_set_install_rpath(<target> <directory that it is installed in>)
+#
+# Lets an installed file find our libraries wherever the whole installation is moved to. A project that has
+# set CMAKE_INSTALL_RPATH keeps its own way.
+function(quillet_set_install_rpath target directory)
+  if(DEFINED CMAKE_INSTALL_RPATH)
+    return()
+  endif()
+  set(origin "$ORIGIN")
+  if(APPLE)
+    set(origin "@loader_path")
+  endif()
+  file(RELATIVE_PATH path "${CMAKE_INSTALL_PREFIX}/${directory}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+  if(path)
+    set(origin "${origin}/${path}")
+  endif()
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "${origin}")
+endfunction()

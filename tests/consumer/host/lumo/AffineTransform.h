@@ -1,6 +1,6 @@
 #pragma once
 
-// The embedding host's own transform.
+// The host's own transform.
 
 #include <Eigen/Core>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// The embedding host's own logger. Its functions are defined in one library, so that the host and Quillet
+// The host's own logger. Its functions are defined in one library, so that the host and Quillet
 // have the same sink.
 
 #include <cstdint>
