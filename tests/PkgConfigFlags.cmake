@@ -1,13 +1,14 @@
 # pkg_config_flags(<result> <option>...)
 #
-# What PKG_CONFIG prints about the Quillet installed in PREFIX, with its libraries in LIBDIR.
+# What PKG_CONFIG prints about the Quillet installed in PREFIX, with its libraries in LIBDIR,
+# and what a program with Qt needs besides.
 function(pkg_config_flags result)
   set(ENV{PKG_CONFIG_PATH} "${PREFIX}/${LIBDIR}/pkgconfig")
   execute_process(
     COMMAND "${PKG_CONFIG}" ${ARGN} Quillet
     OUTPUT_VARIABLE flags
     OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-  separate_arguments(flags NATIVE_COMMAND "${flags}")
+  separate_arguments(flags NATIVE_COMMAND "-std=c++17 -fPIC ${flags}") # Qt asks for the latter
   set(${result}
       "${flags}"
       PARENT_SCOPE)

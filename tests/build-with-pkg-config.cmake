@@ -11,7 +11,7 @@ separate_arguments(build_flags NATIVE_COMMAND "${FLAGS}")
 file(MAKE_DIRECTORY "${DIRECTORY}")
 foreach(source IN LISTS SOURCES)
   cmake_path(GET source STEM name)
-  execute_process(COMMAND "${COMPILER}" -std=c++17 ${build_flags} "${source}" -o "${DIRECTORY}/${name}" ${flags}
+  execute_process(COMMAND "${COMPILER}" ${build_flags} "${source}" -o "${DIRECTORY}/${name}" ${flags}
                           COMMAND_ERROR_IS_FATAL ANY)
   execute_process(COMMAND "${DIRECTORY}/${name}" COMMAND_ERROR_IS_FATAL ANY)
 endforeach()

@@ -9,7 +9,7 @@ pkg_config_flags(flags --cflags)
 
 function(try_to_compile file)
   execute_process(
-    COMMAND "${CMAKE_COMMAND}" -E env LC_ALL=C "${COMPILER}" -std=c++17 -fsyntax-only ${flags} ${ARGN} "${file}"
+    COMMAND "${CMAKE_COMMAND}" -E env LC_ALL=C "${COMPILER}" -fsyntax-only ${flags} ${ARGN} "${file}"
     RESULT_VARIABLE result
     ERROR_VARIABLE diagnostics)
   set(compiles FALSE)
