@@ -20,11 +20,11 @@ set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/debian/add-files.cmake")
 
 # quillet_describe_package(<component> <summary> [<line>...])
 #
-# Sets the description of a component's package: a summary, what the library is, and more lines about the package.
+# Sets the description of a component's package: a summary, what the library is, and more lines about the
+# package.
 function(quillet_describe_package component summary)
-  set(lines
-      "${summary}" "Quillet offers message dialogs with the application's own look, templates"
-      "for such dialogs, and drawable, hit-testable shapes from SVG paths." ${ARGN})
+  set(lines "${summary}" "Quillet offers message dialogs with the application's own look, templates"
+            "for such dialogs, and drawable, hit-testable shapes from SVG paths." ${ARGN})
   list(JOIN lines "\n" description)
   set(CPACK_DEBIAN_${component}_DESCRIPTION
       "${description}"
@@ -45,17 +45,15 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "quillet-doc, quillet-gallery")
 
 set(CPACK_DEBIAN_GALLERY_PACKAGE_NAME quillet-gallery)
 set(CPACK_DEBIAN_GALLERY_PACKAGE_SECTION devel)
-quillet_describe_package(
-  GALLERY "shows what the Quillet library can do" "."
-  "This package has a program that lets you try out all of it.")
+quillet_describe_package(GALLERY "shows what the Quillet library can do" "."
+                         "This package has a program that lets you try out all of it.")
 # The font that the dialogs ask for.
 set(CPACK_DEBIAN_GALLERY_PACKAGE_RECOMMENDS fonts-open-sans)
 
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME quillet-doc)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
-quillet_describe_package(
-  DOCUMENTATION "user-interface utilities for Qt 5 Widgets (documentation)" "."
-  "This package has the guides to it.")
+quillet_describe_package(DOCUMENTATION "user-interface utilities for Qt 5 Widgets (documentation)" "."
+                         "This package has the guides to it.")
 
 include(CPack)

@@ -1,7 +1,7 @@
 # pkg_config_flags(<result> <option>...)
 #
-# What PKG_CONFIG prints about the Quillet installed in PREFIX, with its libraries in LIBDIR,
-# and what a program with Qt needs besides.
+# What PKG_CONFIG prints about the Quillet installed in PREFIX, with its libraries in LIBDIR, and what a
+# program with Qt needs besides.
 function(pkg_config_flags result)
   set(ENV{PKG_CONFIG_PATH} "${PREFIX}/${LIBDIR}/pkgconfig")
   execute_process(

@@ -38,8 +38,8 @@ endif()
 add_test(
   NAME install
   COMMAND
-    "${CMAKE_COMMAND}" -D "BUILD_DIRECTORY=${PROJECT_BINARY_DIR}" -D "SOURCE_DIRECTORY=${PROJECT_SOURCE_DIR}" -D
-    "CONFIGURATION=$<CONFIG>" -D "LIBDIR=${CMAKE_INSTALL_LIBDIR}" -D "PREFIX=${prefix}" -D
+    "${CMAKE_COMMAND}" -D "BUILD_DIRECTORY=${PROJECT_BINARY_DIR}" -D "SOURCE_DIRECTORY=${PROJECT_SOURCE_DIR}"
+    -D "CONFIGURATION=$<CONFIG>" -D "LIBDIR=${CMAKE_INSTALL_LIBDIR}" -D "PREFIX=${prefix}" -D
     "COMPONENTS=${components}" -P "${CMAKE_CURRENT_SOURCE_DIR}/install.cmake")
 set_tests_properties(install PROPERTIES FIXTURES_SETUP installation)
 
@@ -50,10 +50,8 @@ set_tests_properties(installed each-installed-header-compiles-alone PROPERTIES F
 if(QUILLET_BUILD_EXAMPLES)
   add_test(NAME installed-gallery COMMAND "${prefix}/${CMAKE_INSTALL_BINDIR}/quillet-gallery" --version)
   set_tests_properties(
-    installed-gallery
-    PROPERTIES FIXTURES_REQUIRED installation
-               ENVIRONMENT "${consumer_environment}"
-               PASS_REGULAR_EXPRESSION "quillet-gallery ${PROJECT_VERSION}")
+    installed-gallery PROPERTIES FIXTURES_REQUIRED installation ENVIRONMENT "${consumer_environment}"
+                                 PASS_REGULAR_EXPRESSION "quillet-gallery ${PROJECT_VERSION}")
 endif()
 
 # What the project with host targets has built, installed, and used by that project once more.
@@ -61,9 +59,8 @@ set_tests_properties(embedded-with-host-targets-ON PROPERTIES FIXTURES_SETUP bui
 add_test(NAME install-with-host-targets
          COMMAND "${CMAKE_COMMAND}" --install "${CMAKE_CURRENT_BINARY_DIR}/embedded-with-host-targets-ON"
                  --config "$<CONFIG>" --prefix "${host_prefix}")
-set_tests_properties(
-  install-with-host-targets PROPERTIES FIXTURES_REQUIRED build-with-host-targets
-                                       FIXTURES_SETUP installation-with-host-targets)
+set_tests_properties(install-with-host-targets PROPERTIES FIXTURES_REQUIRED build-with-host-targets
+                                                          FIXTURES_SETUP installation-with-host-targets)
 quillet_add_consumer(installed-with-host-targets consumer "-DCMAKE_PREFIX_PATH=${host_prefix}"
                      -DHOST_TARGETS=ON)
 set_tests_properties(installed-with-host-targets PROPERTIES FIXTURES_REQUIRED installation-with-host-targets)
@@ -80,11 +77,13 @@ add_test(
   COMMAND
     "${CMAKE_COMMAND}" ${installation_for_scripts} -D "FLAGS=${CMAKE_CXX_FLAGS}" -D
     "DIRECTORY=${CMAKE_CURRENT_BINARY_DIR}/built-with-pkg-config" -D
-    "SOURCES=${CMAKE_CURRENT_SOURCE_DIR}/consumer/main.cpp;${CMAKE_CURRENT_SOURCE_DIR}/consumer/logging.cpp" -P
-    "${CMAKE_CURRENT_SOURCE_DIR}/build-with-pkg-config.cmake")
-add_test(NAME must-not-compile
-         COMMAND "${CMAKE_COMMAND}" ${installation_for_scripts} -D
-                 "DIRECTORY=${CMAKE_CURRENT_SOURCE_DIR}/must-not-compile" -P
-                 "${CMAKE_CURRENT_SOURCE_DIR}/must-not-compile.cmake")
-set_tests_properties(built-with-pkg-config must-not-compile
-                     PROPERTIES FIXTURES_REQUIRED installation ENVIRONMENT "${consumer_environment}")
+    "SOURCES=${CMAKE_CURRENT_SOURCE_DIR}/consumer/main.cpp;${CMAKE_CURRENT_SOURCE_DIR}/consumer/logging.cpp"
+    -P "${CMAKE_CURRENT_SOURCE_DIR}/build-with-pkg-config.cmake")
+add_test(
+  NAME must-not-compile
+  COMMAND
+    "${CMAKE_COMMAND}" ${installation_for_scripts} -D
+    "DIRECTORY=${CMAKE_CURRENT_SOURCE_DIR}/must-not-compile" -P
+    "${CMAKE_CURRENT_SOURCE_DIR}/must-not-compile.cmake")
+set_tests_properties(built-with-pkg-config must-not-compile PROPERTIES FIXTURES_REQUIRED installation
+                                                                       ENVIRONMENT "${consumer_environment}")

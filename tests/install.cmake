@@ -11,14 +11,20 @@ file(REMOVE_RECURSE "${first_prefix}" "${PREFIX}")
 #
 # Installs one component, or everything, and lists in <result> what is new.
 function(install_files result)
-  file(GLOB_RECURSE before RELATIVE "${first_prefix}" "${first_prefix}/*")
+  file(
+    GLOB_RECURSE before
+    RELATIVE "${first_prefix}"
+    "${first_prefix}/*")
   set(component "")
   if(ARGN)
     set(component --component ${ARGN})
   endif()
-  execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIRECTORY}" --config "${CONFIGURATION}" --prefix
-                          "${first_prefix}" ${component} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
-  file(GLOB_RECURSE after RELATIVE "${first_prefix}" "${first_prefix}/*")
+  execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIRECTORY}" --config "${CONFIGURATION}"
+                          --prefix "${first_prefix}" ${component} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+  file(
+    GLOB_RECURSE after
+    RELATIVE "${first_prefix}"
+    "${first_prefix}/*")
   list(REMOVE_ITEM after ${before})
   set(${result}
       "${after}"
@@ -55,7 +61,10 @@ endforeach()
 # The guides and pictures are listed nowhere: all that there are belong to the documentation.
 install_files(installed documentation)
 list(FILTER installed EXCLUDE REGEX "/docs/html/")
-file(GLOB_RECURSE expected RELATIVE "${SOURCE_DIRECTORY}" "${SOURCE_DIRECTORY}/docs/*")
+file(
+  GLOB_RECURSE expected
+  RELATIVE "${SOURCE_DIRECTORY}"
+  "${SOURCE_DIRECTORY}/docs/*")
 list(TRANSFORM expected PREPEND "share/doc/Quillet/")
 list(APPEND expected share/doc/Quillet/README.md share/doc/Quillet/CHANGELOG.md)
 compare(documentation "${installed}" "${expected}")

@@ -11,7 +11,8 @@ set(top "${CPACK_TEMPORARY_INSTALL_DIRECTORY}")
 set(work "${CPACK_TOPLEVEL_DIRECTORY}/control")
 file(REMOVE_RECURSE "${work}")
 file(MAKE_DIRECTORY "${work}/debian") # dpkg's tools read debian/control of the directory they run in
-file(WRITE "${work}/debian/control" "Source: quillet\n\nPackage: ${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME}\nArchitecture: any\n")
+file(WRITE "${work}/debian/control"
+     "Source: quillet\n\nPackage: ${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME}\nArchitecture: any\n")
 set(version "${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}")
 
 # compress(<file>): in the way that gives the same bytes each time.
@@ -61,8 +62,8 @@ execute_process(
   WORKING_DIRECTORY "${work}"
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 file(READ "${work}/symbols" symbols)
-string(REPLACE "#MINVER#\n" "#MINVER#\n* Build-Depends-Package: ${CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME}\n" symbols
-               "${symbols}")
+string(REPLACE "#MINVER#\n" "#MINVER#\n* Build-Depends-Package: ${CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME}\n"
+               symbols "${symbols}")
 file(WRITE "${work}/symbols" "${symbols}")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${work}/shlibs" "${work}/symbols" "${work}/triggers")
 
