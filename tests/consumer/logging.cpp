@@ -7,9 +7,7 @@
 int main()
 {
     int lines = 0;
-    quorvel::GetLoggerDelegate() = [&lines](std::int32_t, const std::wstring&) {
-        ++lines;
-    };
+    quorvel::GetLoggerDelegate() = [&lines](std::int32_t, const std::wstring&) { ++lines; };
     Quillet::MessageDialogTemplate::unregisterTemplate(QString());
     quorvel::GetLoggerDelegate() = nullptr;
     if (lines != 1)
