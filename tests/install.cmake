@@ -64,7 +64,9 @@ list(FILTER installed EXCLUDE REGEX "/docs/html/")
 file(
   GLOB_RECURSE expected
   RELATIVE "${SOURCE_DIRECTORY}"
-  "${SOURCE_DIRECTORY}/docs/*")
+  "${SOURCE_DIRECTORY}/docs/*.md"
+  "${SOURCE_DIRECTORY}/docs/pictures/*")
+list(REMOVE_ITEM expected docs/reference.md)
 list(TRANSFORM expected PREPEND "share/doc/Quillet/")
 list(APPEND expected share/doc/Quillet/README.md share/doc/Quillet/CHANGELOG.md)
 compare(documentation "${installed}" "${expected}")
