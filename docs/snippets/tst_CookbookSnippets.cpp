@@ -7,11 +7,13 @@
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 #include <QtGui/QTextDocument>
+#include <QtTest/QSignalSpy>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 
 #include <cstddef>
+#include <functional>
 #include <map>
 
 namespace {
@@ -135,6 +137,8 @@ QColor colorAt(QWidget& window, QWidget& part, const QPoint& point)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(std::function<void(QMessageBox&)>)
 
 class TestCookbookSnippets : public TemplateTestCase
 {
@@ -273,8 +277,24 @@ private Q_SLOTS:
         QVERIFY(!window.findChild<QMessageBox*>());
     }
 
+    void anAnswerWithoutANestedLoop_data()
+    {
+        QTest::addColumn<std::function<void(QMessageBox&)>>("answer");
+        QTest::addColumn<int>("expected");
+        using Answer = std::function<void(QMessageBox&)>;
+        QTest::newRow("Save is clicked")
+            << Answer([](QMessageBox& box) { box.button(QMessageBox::Save)->click(); })
+            << int(QMessageBox::Save);
+        QTest::newRow("Escape is pressed")
+            << Answer([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); })
+            << int(QMessageBox::Cancel);
+        QTest::newRow("the window is closed") << Answer([](QMessageBox& box) { box.close(); }) << 0;
+    }
+
     void anAnswerWithoutANestedLoop()
     {
+        QFETCH(std::function<void(QMessageBox&)>, answer);
+        QFETCH(int, expected);
         QWidget theWindow;
         QWidget* const window = &theWindow;
         bool saved = false;
@@ -282,7 +302,7 @@ private Q_SLOTS:
         //! [open]
         auto* const dialog =
             new Quillet::MessageDialog(tr("Save the changes?"), QMessageBox::Question, window);
-        dialog->setStandardButtons(QMessageBox::Save | QMessageBox::Discard);
+        dialog->setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         QObject::connect(dialog, &QDialog::finished, window, [=](int result) {
             if (result == QMessageBox::Save)
@@ -290,9 +310,12 @@ private Q_SLOTS:
         });
         dialog->open(); // returns at once
         //! [open]
-        QVERIFY(!saved);
-        dialog->button(QMessageBox::Save)->click();
-        QVERIFY(saved);
+        const QSignalSpy finished(dialog, &QDialog::finished);
+        QVERIFY(finished.isEmpty());
+        answer(*dialog);
+        QCOMPARE(finished.size(), 1);
+        QCOMPARE(finished.first().first().toInt(), expected);
+        QCOMPARE(saved, expected == QMessageBox::Save);
     }
 
     void everyTemplateIsShownDark()
