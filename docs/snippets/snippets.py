@@ -20,6 +20,8 @@ import sys
 import textwrap
 
 MARK = re.compile(r"^\s*//! \[(.+)\]$")
+FENCE = re.compile(r"^[ \t]*(?:```|~~~).*$", re.MULTILINE)
+KNOWN_FENCES = {"```cpp", "```cmake", "```sh", "```xml", "```"}
 BLOCK = re.compile(r"^```cpp\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 REFERENCE = re.compile(r"\\snippet (\S+) (\S+)")
 
@@ -57,6 +59,11 @@ def check(arguments):
 
     for document in arguments.documents:
         text = document.read_text(encoding="utf-8")
+        # C++ under another name would not be looked at.
+        for fence in FENCE.finditer(text):
+            if fence.group() not in KNOWN_FENCES:
+                line = text.count("\n", 0, fence.start()) + 1
+                errors.append(f"{document}:{line}: no fence of ours: {fence.group()}")
         for block in BLOCK.finditer(text):
             code = block.group(1)
             line = text.count("\n", 0, block.start()) + 1
