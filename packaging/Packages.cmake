@@ -54,6 +54,6 @@ set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME quillet-doc)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
 quillet_describe_package(DOCUMENTATION "user-interface utilities for Qt 5 Widgets (documentation)" "."
-                         "This package has the guides to it.")
+                         "This package has the guides to it and the reference.")
 
 include(CPack)
