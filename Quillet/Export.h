@@ -2,6 +2,9 @@
 
 #include <QtCore/qglobal.h>
 
+/// \namespace Quillet
+/// All that the library offers.
+
 /// \file
 /// The mark of what the library offers to its users; everything else stays inside.
 

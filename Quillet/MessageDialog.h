@@ -7,6 +7,9 @@
 
 #include <functional>
 
+/// \file
+/// A message box with the application's own look, and the callbacks that run around its modal loop.
+
 namespace Quillet {
 
 class MessageDialog;
@@ -111,7 +114,8 @@ public:
     /// in a QPointer. The same holds for a dialog with Qt::WA_DeleteOnClose, which the loop deletes as it
     /// ends.
     ///
-    /// \return the result of QDialog::exec(), which is 0 when the dialog was deleted, or -1 when a callback
+    /// \return the result of QDialog::exec(), which is 0 when the dialog was deleted in its loop, or -1 when
+    /// a callback
     ///         returned false. After a veto by the pre-exec callback the box has never been shown and the
     ///         post-exec callback is not called.
     /// \note Exceptions thrown by a callback pass through.

@@ -6,6 +6,9 @@
 
 #include <functional>
 
+/// \file
+/// Named hooks that adjust templates.
+
 namespace Quillet {
 
 struct MessageDialogTemplate;

@@ -4,6 +4,9 @@
 
 #include <QtCore/QString>
 
+/// \file
+/// The reader of SVG documents.
+
 namespace Quillet {
 
 class PainterPathContainer;
@@ -21,8 +24,11 @@ QUILLET_EXPORT bool parseSvgFile(const QString& fileName, PainterPathContainer& 
 /// Read are the root "svg", nested groups "g" and the elements "path" in them: of a path the data "d", and
 /// of all three the presentation attributes "opacity", "fill-opacity", "fill", "fill-rule", "stroke-opacity",
 /// "stroke", "stroke-width", "stroke-linecap", "stroke-linejoin" and "stroke-miterlimit". A value set on a
-/// group holds for what is in it, except the fill rule, which is read from the path alone. Everything else
-/// is left out: other elements with all that is in them, transforms, view boxes, styles and style sheets.
+/// group holds for what is in it, with these exceptions. The fill rule is read from the path alone; the
+/// opacities of fill and stroke act on the colours of their own element alone; an opacity acts on the colours
+/// that its element and those in it set. A value that a group must not have is no error, but the group's
+/// later attributes, in the order above, are then not read. Everything else is left out: other elements with
+/// all that is in them, transforms, view boxes, styles and style sheets.
 ///
 /// Shapes are filled black without a stroke where nothing else is said, by the odd-even rule. Each has the
 /// identity for its transform; place the picture with PainterPathContainer::setTransform().

@@ -273,7 +273,7 @@ private Q_SLOTS:
             QVERIFY2(report.startsWith(QStringLiteral("Read ")), qPrintable(report));
             ++samples;
         }
-        QCOMPARE(samples, 8);
+        QCOMPARE(samples, 9);
     }
 
     void aFileToOpenIsShownOnTheVectorPage()
@@ -511,7 +511,7 @@ private Q_SLOTS:
         for (const char* const page : {"dialogs", "templates", "vector"})
             expected.append(QStringLiteral("page-%1.png").arg(QLatin1String(page)));
         expected.append({QStringLiteral("templates-preprocessed.png"), QStringLiteral("templates.png")});
-        for (const char* const sample : {"harbour", "rosette", "strokes", "teacup"})
+        for (const char* const sample : {"arc-flags", "harbour", "rosette", "strokes", "teacup"})
             expected.append(QStringLiteral("vector-%1.png").arg(QLatin1String(sample)));
         const QDir written(directory.filePath(QStringLiteral("new")));
         QCOMPARE(written.entryList(QDir::Files, QDir::Name), expected);

@@ -106,7 +106,7 @@ private Q_SLOTS:
         //! [open]
         Quillet::MessageDialog* const dialog = saveChanges->second.createDialog(window);
         dialog->setAttribute(Qt::WA_DeleteOnClose);
-        connect(dialog, &QMessageBox::buttonClicked, this, [=](QAbstractButton* button) {
+        connect(dialog, &QMessageBox::buttonClicked, this, [this, dialog](QAbstractButton* button) {
             answered(dialog->buttonRole(button));
         });
         dialog->open();

@@ -80,6 +80,9 @@ const QVector<VectorSample>& vectorSamples()
          QStringLiteral("Strokes"),
          QStringLiteral(":/gallery/samples/strokes.svg")},
         {QStringLiteral("teacup"), QStringLiteral("Teacup"), QStringLiteral(":/gallery/samples/teacup.svg")},
+        {QStringLiteral("arc-flags"),
+         QStringLiteral("Flags of arcs"),
+         QStringLiteral(":/gallery/samples/arc-flags.svg")},
     };
     return samples;
 }

@@ -2,7 +2,11 @@
 #include "Pictures.h"
 
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QFileInfo>
+#include <QtCore/QTextStream>
 #include <QtWidgets/QApplication>
+
+#include <cstdio>
 
 int main(int argc, char** argv)
 {
@@ -28,6 +32,10 @@ int main(int argc, char** argv)
     if (files.size() > 1)
         parser.showHelp(1);
     const bool writes = parser.isSet(screenshots);
+    if (writes && !files.isEmpty() && !QFileInfo(files.first()).isReadable()) {
+        QTextStream(stderr) << "quillet-gallery: cannot read " << files.first() << '\n';
+        return 1;
+    }
     if (writes) {
         // The same pictures on every machine that has the dialogs' font.
         QApplication::setStyle(QStringLiteral("Fusion"));

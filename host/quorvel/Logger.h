@@ -21,6 +21,7 @@
 /// a logger of its own defines these functions in a shared library: in a static one, or inline, they would
 /// give each library a sink of its own.
 
+/// A host application's logger.
 namespace quorvel {
 
 /// Receives a finished line: its level and its text, without a line feed. May be empty: no sink.
