@@ -10,6 +10,7 @@
 #include <QtWidgets/QPushButton>
 
 #include <memory>
+#include <vector>
 
 using Quillet::MessageDialog;
 
@@ -126,7 +127,7 @@ private:
     }
 
     Script m_script;
-    std::vector<std::unique_ptr<QAbstractButton>> m_removed; // outlives the dialog
+    std::vector<std::unique_ptr<QAbstractButton>> m_removed; // the dialog, which knew them, goes first
     MessageDialog m_dialog;
 };
 
