@@ -3,7 +3,7 @@
 #include <QtCore/QtGlobal>
 
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 #include <map>
 
 #ifdef __GLIBC__
@@ -11,8 +11,6 @@
 #endif
 
 namespace {
-
-using Milliseconds = std::chrono::duration<double, std::milli>;
 
 /// Has the process keep what it frees. Giving pages back and faulting them in again costs more than most of
 /// what is measured here.
@@ -25,15 +23,23 @@ void keepMemory()
 #endif
 }
 
-std::map<std::string, double> runRound(const std::vector<Contender>& contenders)
+/// Of the processor, for this process: other programs do not count. (On Windows it is the time of day.)
+double millisecondsSince(std::clock_t start)
+{
+    return double(std::clock() - start) * 1000 / CLOCKS_PER_SEC;
+}
+
+std::map<std::string, double> runRound(const std::vector<Contender>& contenders, int turns)
 {
     std::map<std::string, double> times;
-    for (const Contender& contender : contenders) {
-        const auto start = std::chrono::steady_clock::now();
-        contender.work();
-        times[contender.name] = Milliseconds(std::chrono::steady_clock::now() - start).count();
-        if (contender.cleanUp)
-            contender.cleanUp();
+    for (int i = 0; i < turns; ++i) {
+        for (const Contender& contender : contenders) {
+            const std::clock_t start = std::clock();
+            contender.work();
+            times[contender.name] += millisecondsSince(start);
+            if (contender.cleanUp)
+                contender.cleanUp();
+        }
     }
     return times;
 }
@@ -63,11 +69,12 @@ void report(benchmark::State& state,
 void compareInRounds(const std::string& name,
                      const std::vector<Contender>& contenders,
                      const std::vector<Ratio>& ratios,
-                     int rounds)
+                     int rounds,
+                     int turns)
 {
-    const auto round = [ratios, order = contenders](benchmark::State& state) mutable {
+    const auto round = [ratios, turns, order = contenders](benchmark::State& state) mutable {
         for ([[maybe_unused]] auto _ : state) {
-            const auto times = runRound(order);
+            const auto times = runRound(order, turns);
             state.SetIterationTime(times.begin()->second / 1000);
             report(state, times, ratios);
         }
@@ -84,6 +91,8 @@ int runRounds(int argc, char** argv)
 {
     keepMemory();
     benchmark::AddCustomContext("qt", qVersion());
+    benchmark::AddCustomContext("eigen", EIGEN_VERSION);
+    benchmark::AddCustomContext("google benchmark", GOOGLE_BENCHMARK_VERSION);
 #ifdef __clang__
     benchmark::AddCustomContext("compiler", "clang " __clang_version__);
 #elif defined(__GNUC__)

@@ -130,15 +130,30 @@ std::shared_ptr<QDomDocument> readTree(const QString& text)
     return document;
 }
 
-/// What \a read takes of the memory, as a row of the table.
-void report(const char* name,
-            const std::function<std::shared_ptr<void>()>& read,
-            double paths,
-            double characters)
+/// Of a second run: what is made only once is there then.
+Use usedBy(const std::function<std::shared_ptr<void>()>& read)
 {
-    read(); // what is made only once is there from here on
-    const Use use = useOf(read);
-    std::printf("| %s | %.0f | %.1f |\n", name, double(use.kept) / paths, double(use.most) / characters);
+    read();
+    return useOf(read);
+}
+
+/// A document's size, and the memory of the peer that all are compared with.
+struct Measure
+{
+    double paths;
+    double characters;
+    Use peer;
+};
+
+/// Prints a row of the table.
+void report(const char* name, const Use& use, const Measure& by)
+{
+    std::printf("| %s | %.0f | %.2f | %.1f | %.2f |\n",
+                name,
+                double(use.kept) / by.paths,
+                double(use.kept) / double(by.peer.kept),
+                double(use.most) / by.characters,
+                double(use.most) / double(by.peer.most));
 }
 
 void compare(const char* name, const QString& text)
@@ -155,18 +170,16 @@ void compare(const char* name, const QString& text)
                 text.size() / 1e6,
                 paths,
                 elements / paths);
-    std::puts("| Kept | For a path, in bytes | At most while reading, in bytes for a character |");
-    std::puts("|---|---|---|");
+    std::puts(
+        "| Kept | For a path, in bytes | Ratio | At most while reading, in bytes for a character | Ratio |");
+    std::puts("|---|---|---|---|---|");
+    const Measure measure{paths, double(text.size()), usedBy([&] { return readTree(text); })};
+    report("the shapes", usedBy([&] { return readOurs(text); }), measure);
+    report("the shapes, drawn once", usedBy([&] { return readAndMap(text); }), measure);
+    report("`QDomDocument`", measure.peer, measure);
     const QByteArray bytes = text.toUtf8();
-    report(
-        "the shapes", [&] { return readOurs(text); }, paths, text.size());
-    report(
-        "the shapes, drawn once", [&] { return readAndMap(text); }, paths, text.size());
-    report(
-        "`QDomDocument`", [&] { return readTree(text); }, paths, text.size());
     if (QtSvgPeer::isAvailable())
-        report(
-            "`QSvgRenderer`", [&] { return QtSvgPeer::read(bytes); }, paths, text.size());
+        report("`QSvgRenderer`", usedBy([&] { return QtSvgPeer::read(bytes); }), measure);
 }
 
 } // namespace
