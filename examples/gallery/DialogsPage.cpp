@@ -7,7 +7,10 @@
 
 #include <Quillet/MessageDialog.h>
 
+#include <QtCore/QEvent>
 #include <QtCore/QPointer>
+#include <QtGui/QMouseEvent>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QFormLayout>
@@ -16,10 +19,41 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
+#include <initializer_list>
 #include <memory>
 
 using Quillet::DialogCallback;
 using Quillet::MessageDialog;
+
+namespace {
+
+void hover(QAbstractButton& button)
+{
+    QEvent enter(QEvent::Enter);
+    QApplication::sendEvent(&button, &enter);
+    QMouseEvent move(QEvent::MouseMove, button.rect().center(), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&button, &move);
+}
+
+void press(QAbstractButton& button)
+{
+    hover(button);
+    button.setDown(true);
+}
+
+/// A dialog with \a text and two buttons, each brought into its state by \a prepare.
+QImage dialogWithButtons(const QString& text, void (*prepare)(QAbstractButton&))
+{
+    MessageDialog dialog(text, QMessageBox::NoIcon);
+    dialog.setStandardButtons(QMessageBox::Save | QMessageBox::Cancel);
+    picture(dialog); // lays the buttons out, and styles them so that they take notice of the mouse
+    const QList<QAbstractButton*> buttons = dialog.buttons();
+    for (QAbstractButton* button : buttons)
+        prepare(*button);
+    return picture(dialog);
+}
+
+} // namespace
 
 DialogsPage::DialogsPage(QWidget* parent)
     : GalleryPage(parent),
@@ -83,6 +117,18 @@ QVector<Picture> DialogsPage::pictures()
     for (const Picture& each : result)
         dialogs.append(each.image);
     result.append({QStringLiteral("dialogs"), sheet(dialogs, 2)});
+
+    QVector<QImage> icons;
+    for (const MessageDialog* dialog : {&critical, &information, &question, &warning})
+        icons.append(dialog->iconPixmap().toImage());
+    result.append({QStringLiteral("icons"), sheet(icons, icons.size())});
+
+    const QVector<QImage> states = {
+        dialogWithButtons(QStringLiteral("Left alone"), [](QAbstractButton&) {}),
+        dialogWithButtons(QStringLiteral("Under the mouse"), hover),
+        dialogWithButtons(QStringLiteral("Pressed"), press),
+    };
+    result.append({QStringLiteral("buttons"), sheet(states, states.size())});
     return result;
 }
 

@@ -27,7 +27,7 @@ public:
     QString name() const override;
     QString title() const override;
 
-    /// One dialog of each kind, and all of them on one sheet.
+    /// One dialog of each kind; all of them, their icons, and the states of buttons, each on one sheet.
     QVector<Picture> pictures() override;
 
 private:

@@ -1,4 +1,5 @@
 #include "GalleryWindow.h"
+#include "PictureSurroundings.h"
 #include "Pictures.h"
 
 #include <QtCore/QCommandLineParser>
@@ -6,10 +7,27 @@
 #include <QtCore/QTextStream>
 #include <QtWidgets/QApplication>
 
+#include <algorithm>
 #include <cstdio>
+#include <optional>
+
+namespace {
+
+/// The parser's own answer comes too late, as it needs an application.
+bool asksForPictures(int argc, char** argv)
+{
+    return std::any_of(argv, argv + argc, [](const QByteArray& argument) {
+        return argument == "--screenshots" || argument.startsWith("--screenshots=");
+    });
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
+    std::optional<PictureSurroundings> surroundings;
+    if (asksForPictures(argc, argv))
+        surroundings.emplace();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillet-gallery"));
     QApplication::setApplicationVersion(QStringLiteral("1.0.0"));
@@ -17,7 +35,7 @@ int main(int argc, char** argv)
     const QCommandLineOption screenshots(
         QStringLiteral("screenshots"),
         QStringLiteral("Write a picture of every page, every dialog and every sample as "
-                       "PNG files into <directory>, then end."),
+                       "PNG files into <directory>, then end. Needs no display."),
         QStringLiteral("directory"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Shows what the Quillet library can do."));
@@ -36,11 +54,8 @@ int main(int argc, char** argv)
         QTextStream(stderr) << "quillet-gallery: cannot read " << files.first() << '\n';
         return 1;
     }
-    if (writes) {
-        // The same pictures on every machine that has the dialogs' font.
-        QApplication::setStyle(QStringLiteral("Fusion"));
-        QApplication::setFont(QFont(QStringLiteral("Open Sans"), 9));
-    }
+    if (surroundings)
+        surroundings->prepareApplication();
 
     GalleryWindow window;
     if (!files.isEmpty())
