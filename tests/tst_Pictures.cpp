@@ -84,10 +84,11 @@ private Q_SLOTS:
         };
         row("FONTCONFIG_FILE", "/usr/share/fontconfig/conf.avail/10-no-antialias.conf");
         row("LC_ALL", "ar_EG.UTF-8");
+        row("QT_DEVICE_PIXEL_RATIO", "2");
         row("QT_FONT_DPI", "192");
         row("QT_QPA_PLATFORM", "none such");
-        row("QT_QPA_PLATFORMTHEME", "gtk3");
         row("QT_SCALE_FACTOR", "2");
+        row("QT_SCREEN_SCALE_FACTORS", "2");
         row("QT_STYLE_OVERRIDE", "windows");
     }
 

@@ -29,16 +29,11 @@ const char* const font_files[] = {
 constexpr int font_size = 13; // pixels
 
 const char* const variables_that_change_pictures[] = {
-    "QT_AUTO_SCREEN_SCALE_FACTOR",
     "QT_DEVICE_PIXEL_RATIO",
-    "QT_ENABLE_HIGHDPI_SCALING",
     "QT_FONT_DPI",
     "QT_QPA_PLATFORMTHEME",
     "QT_SCALE_FACTOR",
-    "QT_SCALE_FACTOR_ROUNDING_POLICY",
     "QT_SCREEN_SCALE_FACTORS",
-    "QT_STYLE_OVERRIDE",
-    "QT_USE_PHYSICAL_DPI",
 };
 
 bool areFontsInstalled()
@@ -74,8 +69,8 @@ void PictureSurroundings::prepareApplication()
         for (const char* file : font_files)
             QFontDatabase::addApplicationFont(QString::fromLatin1(file));
     } else {
-        QTextStream(stderr) << "quillet-gallery: the Debian package fonts-open-sans is not installed; the "
-                               "pictures show this machine's fonts\n";
+        QTextStream(stderr) << "quillet-gallery: the pictures show this machine's fonts; the same everywhere "
+                               "are those of the Debian package fonts-open-sans\n";
     }
     QFont font(QStringLiteral("Open Sans"));
     font.setPixelSize(font_size);
