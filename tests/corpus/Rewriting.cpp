@@ -31,7 +31,7 @@ void setFillRules(const QDomDocument& document)
     visitDrawn(document.documentElement(),
                QStringLiteral("nonzero"),
                [&](QDomElement element, const QString& inherited) {
-                   const QString rule = element.attribute(attribute, inherited);
+                   QString rule = element.attribute(attribute, inherited);
                    element.setAttribute(attribute, rule);
                    return rule;
                });
