@@ -33,8 +33,8 @@ namespace {
 
 constexpr double slowest = 20; ///< times the floor
 
-// By how much a channel of a pixel may differ, of 255. The two round the alpha of a translucent layer at different
-// places, and layers on each other add up.
+// By how much a channel of a pixel may differ, of 255. The two round the alpha of a translucent layer at
+// different places, and layers on each other add up.
 constexpr int rounding = 1;
 constexpr int rounding_of_layers = 8;
 
