@@ -106,9 +106,11 @@ void PainterPath::draw(QPainter& painter) const
 const QPainterPath& PainterPath::getTransformedPath() const
 {
     if (m_transformedPath.isEmpty()) {
-        m_transformedPath = m_path;
+        // Half mapped, the path must not stay here when memory runs out.
+        QPainterPath mapped = m_path;
         if (!isIdentity(m_transform))
-            mapElements(m_transformedPath, m_transform);
+            mapElements(mapped, m_transform);
+        m_transformedPath.swap(mapped);
     }
     return m_transformedPath;
 }
