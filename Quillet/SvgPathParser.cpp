@@ -118,7 +118,7 @@ bool convertInPlace(const QChar* begin, const QChar* end, double& number)
     const auto result = std::from_chars(buffer.data(), last, number);
 
     // What is no number, and what is too large or too small for one, is left for toDouble() to say.
-    return result.ec == std::errc() && result.ptr == last && std::isfinite(number) && number != 0;
+    return result.ec == std::errc() && result.ptr == last && number != 0;
 #else
     Q_UNUSED(begin)
     Q_UNUSED(end)

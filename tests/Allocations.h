@@ -17,13 +17,16 @@ enum class Failing {
     /// Each call of operator new, whoever makes it.
     OperatorNew,
 
-    /// Each call of operator new and of malloc() that the library makes, by itself, by a callable that the test
+    /// Each call of operator new and of malloc() that the library makes, by itself, by a callable that the
+    /// test
     /// gave it, or by way of the standard library and of QtCore, whose strings, containers, files and guarded
     /// pointers it uses. The stack tells: the first function on it that is of none of these must be of
     /// libQuillet.
     ///
-    /// Allocations of other modules are left alone, because Qt 5 does not bear their failure: of its libraries
-    /// only QtCore is compiled with exceptions. In the others an exception passes without running a destructor,
+    /// Allocations of other modules are left alone, because Qt 5 does not bear their failure: of its
+    /// libraries
+    /// only QtCore is compiled with exceptions. In the others an exception passes without running a
+    /// destructor,
     /// and a malloc() that fails is not noticed. Nor is it by QObject, so that is left alone, too.
     Library,
 };
@@ -67,19 +70,17 @@ Outcome withFailingAllocation(std::size_t n, Failing kind, const Operation& oper
 struct Heap
 {
     std::size_t blocks = 0;
+    /// As large as malloc() made them, which varies a little: what it cuts off a free block may be too small
+    /// to be one of its own.
     std::size_t bytes = 0;
-
-    bool operator==(const Heap& other) const { return blocks == other.blocks && bytes == other.bytes; }
 };
 
-/// What is allocated now: all of it where malloc() is replaced, too, and otherwise what came from operator new.
+/// What is allocated now: all of it where malloc() is replaced, too, and otherwise what came from operator
+/// new.
 Heap heap();
 
-/// How QCOMPARE() shows it.
-char* toString(const Heap& heap);
-
-/// Whether malloc() is replaced. It is not in a sanitized build, whose own it is, nor beside another C library
-/// than glibc.
+/// Whether malloc() is replaced. It is not in a sanitized build, whose own it is, nor beside another C
+/// library than glibc.
 bool countsMalloc();
 
 /// What became of an operation whose allocations failed one after the other.

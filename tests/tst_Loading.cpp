@@ -1,3 +1,4 @@
+#include "Allocations.h"
 #include "TestCase.h"
 
 #include <QtCore/QFile>
@@ -120,6 +121,28 @@ private Q_SLOTS:
         QVERIFY(module.unload());
     }
 
+    void aTitleThatIsTranslatedAsNothingGivesWayToTheGeneralOne()
+    {
+        class Translator : public NamingTranslator
+        {
+        public:
+            Translator() : NamingTranslator(QStringLiteral("any")) {}
+
+            QString translate(const char* context, const char* sourceText, const char*, int) const override
+            {
+                const bool isTitle = qstrcmp(context, "QObject") == 0 && qstrcmp(sourceText, "Message") != 0;
+                return isTitle ? QString::fromLatin1("") : QString();
+            }
+        };
+        QLibrary module(module_file);
+        {
+            const Translator translator;
+            QVERIFY(module.load());
+        }
+        QCOMPARE(titles(module), QStringList(QVector<QString>(5, QStringLiteral("Message")).toList()));
+        QVERIFY(module.unload());
+    }
+
     void titlesAreEnglishWithoutATranslator()
     {
         QLibrary module(module_file);
@@ -157,6 +180,26 @@ private Q_SLOTS:
             QVERIFY(module.unload());
             QCOMPARE(loadedObjects(), QStringList());
         }
+    }
+
+    void thousandsOfLoadsLeaveTheHeapAsItWas()
+    {
+        const auto cycle = [](bool shows) {
+            QLibrary module(module_file);
+            module.load();
+            reinterpret_cast<int (*)()>(module.resolve("leaveATemplateBehind"))();
+            if (shows)
+                reinterpret_cast<void (*)()>(module.resolve("showAWarning"))();
+            module.unload();
+        };
+        for (int i = 0; i < 10; ++i)
+            cycle(true);
+        const Heap before = heap();
+        for (int i = 0; i < 2000; ++i)
+            cycle(i % 10 == 0);
+        QCOMPARE(loadedObjects(), QStringList());
+        QCOMPARE(heap().blocks, before.blocks);
+        QVERIFY(heap().bytes <= before.bytes + 1024);
     }
 };
 

@@ -68,12 +68,13 @@ private Q_SLOTS:
             QStringLiteral("<svg><path d='M %1 1 L 5 %1 A 5 6 %1 0 1 9 9'/></svg>").arg(longNumber);
         QTest::newRow("path data") << numbers << false << 1;
 
-        const QString groups = QStringLiteral("<!DOCTYPE svg [<!ENTITY e '<g opacity=\"x\"/>'>]>"
-                                              "<svg fill='RED'><g stroke='blue' stroke-linecap='ROUND'>&e;"
-                                              "<path d='M0 0 L5 5'/>"
-                                              "<g stroke-linejoin='Bevel'><PATH stroke-width='2px' d='M1 0h7'/></g>"
-                                              "<path fill-rule='EvenOdd' stroke-miterlimit='3' d='M9 0v1'/></g>"
-                                              "<path d='M1 1h4v4'/></svg>");
+        const QString groups =
+            QStringLiteral("<!DOCTYPE svg [<!ENTITY e '<g opacity=\"x\"/>'>]>"
+                           "<svg fill='RED'><g stroke='blue' stroke-linecap='ROUND'>&e;"
+                           "<path d='M0 0 L5 5'/>"
+                           "<g stroke-linejoin='Bevel'><PATH stroke-width='2px' d='M1 0h7'/></g>"
+                           "<path fill-rule='EvenOdd' stroke-miterlimit='3' d='M9 0v1'/></g>"
+                           "<path d='M1 1h4v4'/></svg>");
         QTest::newRow("document") << groups << false << 10;
         QTest::newRow("file") << groups << true << 10;
     }
@@ -117,8 +118,8 @@ private Q_SLOTS:
             PainterPathContainer container;
             std::unique_ptr<PainterPath> shape = triangle();
             const PainterPath* const address = shape.get();
-            const Outcome outcome = withFailingAllocation(
-                n, Failing::Library, [&] { container.appendPath(std::move(shape)); });
+            const Outcome outcome =
+                withFailingAllocation(n, Failing::Library, [&] { container.appendPath(std::move(shape)); });
             // NOLINTNEXTLINE(bugprone-use-after-move) it was moved only where that succeeded
             const bool isStillOurs = shape.get() == address && container.getPaths().empty();
             if (isStillOurs != (outcome == Outcome::Threw))

@@ -60,6 +60,8 @@ private Q_SLOTS:
         row("plain entities",
             doctype("<!ENTITY a 'x'><!ENTITY b \"y]>\">") + QStringLiteral("<svg a='&a;'>&a;<g/></svg>"));
         row("an attribute list", doctype("<!ATTLIST g a CDATA ']>'>") + document(nested(2)));
+        row("a name with a hyphen in the subset",
+            doctype("<!ATTLIST g-h a CDATA 'x'>") + document(nested(2)));
         row("a comment in the subset", doctype("<!-- ]> ' -->") + document(nested(2)));
         row("a processing instruction in the subset", doctype("<?x ]> ' ?>") + document(nested(2)));
         row("an entity with elements",
@@ -143,14 +145,32 @@ private Q_SLOTS:
         QVERIFY(isNestedDeeperThan(100, text));
     }
 
+    void truncatedTextsAreNoHarm_data()
+    {
+        QTest::addColumn<QString>("text");
+        const QString content = QStringLiteral("<svg a='1'><!-- x --><![CDATA[x]]><?x y?><g/></svg>");
+        QTest::newRow("plain") << content;
+        QTest::newRow("with an entity") << QStringLiteral("<!DOCTYPE svg [<!ENTITY a '<g>'>]>") + content;
+        QTest::newRow("with a content model")
+            << QStringLiteral("<!DOCTYPE svg [<!ELEMENT g (a|(b))>]>") + content;
+        QTest::newRow("with a content model that is not closed")
+            << QStringLiteral("<!DOCTYPE svg [<!ELEMENT g ((a|<!ELEMENT h (((b)))>]>") + content;
+    }
+
     void truncatedTextsAreNoHarm()
     {
-        const QString text = QStringLiteral(
-            "<!DOCTYPE svg [<!ENTITY a '<g>'>]><svg a='1'><!-- x --><![CDATA[x]]><?x y?><g/></svg>");
+        QFETCH(QString, text);
         for (int length = 0; length <= text.size(); ++length) {
             QVERIFY(!isNestedDeeperThan(3, text.left(length)));
             QVERIFY(!isNestedDeeperThan(3, text.mid(length)));
         }
+    }
+
+    void tagsBehindADeclarationInTheContentAreNotRead()
+    {
+        const QString text = QStringLiteral("<svg><g/><!x>") + nested(200);
+        QVERIFY(isNestedDeeperThan(1, text));
+        QVERIFY(!isNestedDeeperThan(2, text));
     }
 
     void randomMarkupIsNeverJudgedShallowerThanItIs()

@@ -153,6 +153,113 @@ private Q_SLOTS:
         }
     }
 
+    void nothingIsLostWhereverTheRegistryFails_data()
+    {
+        QTest::addColumn<bool>("replaces");
+        QTest::newRow("a new entry") << false;
+        QTest::newRow("a replacement") << true;
+    }
+
+    void nothingIsLostWhereverTheRegistryFails()
+    {
+        QFETCH(bool, replaces);
+        QStringList journal;
+        const MessageDialogTemplate old = withLargeCallables(QStringLiteral("old"), journal);
+        const MessageDialogTemplate t = withLargeCallables(QStringLiteral("new"), journal);
+        const auto attempt = [&](std::size_t n) {
+            if (replaces)
+                MessageDialogTemplate::registerTemplate(old);
+            const Outcome outcome = withFailingAllocation(
+                n, Failing::Library, [&] { MessageDialogTemplate::registerTemplate(t); });
+            MessageDialogTemplate::unregisterTemplate(id);
+            return outcome;
+        };
+        const FailureCount count = failEach(attempt);
+        QCOMPARE(count.leaks, 0);
+        QCOMPARE(count.threw, replaces ? 6 : 7); // six callables and the entry
+    }
+
+    void nothingIsLostWhereverThePreprocessorsFail()
+    {
+        QStringList journal;
+        const auto preprocessor = large<void, MessageDialogTemplate&>(QStringLiteral("ran"), journal);
+        const auto attempt = [&](std::size_t n) {
+            const Outcome outcome = withFailingAllocation(
+                n, Failing::Library, [&] { MessageDialogTemplatePreprocessors::add(id, preprocessor); });
+            MessageDialogTemplatePreprocessors::remove(id);
+            return outcome;
+        };
+        const FailureCount count = failEach(attempt);
+        QCOMPARE(count.leaks, 0);
+        QCOMPARE(count.threw, 2);
+    }
+
+    void lookingUpAllocatesNothing()
+    {
+        QStringList journal;
+        MessageDialogTemplate::registerTemplate(withLargeCallables(QStringLiteral("old"), journal));
+        const ScopedPreprocessor preprocessor(QStringLiteral("nothing"), [](MessageDialogTemplate&) {});
+        MessageDialogTemplate t;
+        const std::size_t before = heap().blocks;
+        const std::size_t count = allocations();
+        bool found = MessageDialogTemplate::getRegisteredTemplates().count(id) == 1;
+        found = found && !MessageDialogTemplatePreprocessors::isEmpty();
+        MessageDialogTemplatePreprocessors::apply(t);
+        QCOMPARE(allocations(), count);
+        QCOMPARE(heap().blocks, before);
+        QVERIFY(found);
+    }
+
+    void nothingIsLostWhereverMakingADialogFails_data()
+    {
+        QTest::addColumn<bool>("runs");
+        QTest::addColumn<bool>("preprocessed");
+        QTest::newRow("createDialog") << false << false;
+        QTest::newRow("createDialog, preprocessed") << false << true;
+        QTest::newRow("exec") << true << false;
+        QTest::newRow("exec, preprocessed") << true << true;
+    }
+
+    void nothingIsLostWhereverMakingADialogFails()
+    {
+        QFETCH(bool, runs);
+        QFETCH(bool, preprocessed);
+        std::optional<ScopedPreprocessor> preprocessor;
+        if (preprocessed) {
+            preprocessor.emplace(QStringLiteral("text"), [](MessageDialogTemplate& t) {
+                t.text = t.title + QStringLiteral(" adjusted");
+            });
+        }
+        QWidget parent;
+        QStringList journal;
+        MessageDialogTemplate t = withLargeCallables(QStringLiteral("name"), journal);
+        for (auto& slot : t.buttons)
+            slot.text = QStringLiteral("label");
+        const auto attempt = [&](std::size_t n) {
+            // Ends the run, where it comes as far as that.
+            QTimer::singleShot(0, &parent, [&] {
+                for (auto* dialog : parent.findChildren<QDialog*>())
+                    dialog->reject();
+            });
+            const Outcome outcome = withFailingAllocation(n, Failing::Library, [&] {
+                if (runs)
+                    t.exec(&parent);
+                else
+                    delete t.createDialog(&parent);
+            });
+            QCoreApplication::processEvents();
+            journal = QStringList();
+            if (!parent.children().isEmpty())
+                qCritical("failing allocation %zu: a dialog is left", n);
+            return outcome;
+        };
+        const FailureCount count = failEach(attempt);
+        QCOMPARE(count.leaks, 0);
+        QCOMPARE(count.coped, 0);
+        // The dialog, its two callbacks, and the six callables of the adjusted copy.
+        QVERIFY(count.threw >= (preprocessed ? 9 : 3));
+    }
+
     void aFailingAllocationAfterTheConstructorLeavesNoDialogBehind_data()
     {
         QTest::addColumn<bool>("runs");
