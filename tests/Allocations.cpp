@@ -314,8 +314,11 @@ FailureCount failEach(const std::function<Outcome(std::size_t n)>& attempt)
         for (std::size_t n = 0;; ++n) {
             const std::size_t before = heap().blocks;
             const Outcome outcome = attempt(n);
-            if (counts && heap().blocks != before)
+            const std::size_t after = heap().blocks;
+            if (counts && after != before) {
                 ++count.leaks;
+                qInfo("failing allocation %zu: %zu blocks before, %zu after", n, before, after);
+            }
             if (outcome == Outcome::Succeeded)
                 break;
             ++(outcome == Outcome::Threw ? count.threw : count.coped);

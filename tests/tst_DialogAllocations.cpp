@@ -64,7 +64,7 @@ private Q_SLOTS:
         QFETCH(QString, operation);
         QWidget parent;
         const auto attempt = [&](std::size_t n) {
-            const auto dialog = warning(&parent);
+            auto dialog = warning(&parent);
             QTimer::singleShot(0, dialog.get(), &QDialog::accept); // ends exec()
             const Outcome outcome = withFailingAllocation(n, Failing::Library, [&] {
                 if (operation == QLatin1String("show"))
@@ -79,6 +79,8 @@ private Q_SLOTS:
             const QString missing = missingLook(*dialog);
             if (!missing.isEmpty())
                 qCritical("failing allocation %zu: no %s", n, qPrintable(missing));
+            dialog.reset();
+            QCoreApplication::processEvents(); // what Qt has put off
             return outcome;
         };
         const FailureCount count = failEach(attempt);

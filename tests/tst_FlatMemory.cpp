@@ -145,7 +145,9 @@ private Q_SLOTS:
     void preprocessorsAddedAndRemoved()
     {
         const std::array<void*, 16> ballast = {};
-        const auto preprocessor = [ballast](MessageDialogTemplate& t) { t.parent = nullptr; };
+        const auto preprocessor = [ballast](MessageDialogTemplate& t) {
+            t.parent = static_cast<QWidget*>(ballast[0]);
+        };
         compareHeap(20000, [&](int i) {
             const QString name = QString::number(i % 7);
             MessageDialogTemplatePreprocessors::add(name, preprocessor);

@@ -458,6 +458,42 @@ private Q_SLOTS:
         QVERIFY(!dialog.isVisible());
     }
 
+    void aDialogWhoseCallbackHasThrownRunsAgain()
+    {
+        MessageDialog dialog(title, text, QMessageBox::Question, QMessageBox::Ok);
+        bool throws = true;
+        dialog.setCallbacks(
+            [&throws](MessageDialog&) {
+                if (throws)
+                    throw std::runtime_error("callback");
+                return true;
+            },
+            {});
+        QVERIFY_EXCEPTION_THROWN(dialog.exec(), std::runtime_error);
+        throws = false;
+        whenModal([](QMessageBox& box) { click(box, QMessageBox::Ok); });
+        QCOMPARE(dialog.exec(), int(QMessageBox::Ok));
+    }
+
+    // The end of the application inside the modal loop. To delete it there ends the process, by Qt's own
+    // doing, with any dialog.
+
+    void quittingTheApplicationEndsTheLoopAndLeavesThePostExecCallbackItsTurn()
+    {
+        QStringList journal;
+        MessageDialog dialog(title, text, QMessageBox::Question, QMessageBox::Ok);
+        dialog.setCallbacks({}, entry(journal, QStringLiteral("post")));
+        int result = -2;
+        QTimer::singleShot(0, qApp, [&] {
+            whenModal([](QMessageBox&) { QCoreApplication::quit(); });
+            result = dialog.exec();
+        });
+        QApplication::exec();
+        QCOMPARE(result, int(QDialog::Rejected));
+        QCOMPARE(journal, QStringList(QStringLiteral("post")));
+        QVERIFY(!dialog.isVisible());
+    }
+
     // Deletion inside the modal loop
 
     void execSurvivesADeletionOfTheBoxInsideTheLoop()

@@ -174,6 +174,27 @@ private Q_SLOTS:
         QCOMPARE(t.text, QStringLiteral("started"));
     }
 
+    void anExceptionOfACallableThatIsCopiedAddsNothing()
+    {
+        struct Callable
+        {
+            explicit Callable(const bool& condition) : throws(condition) {}
+            Callable(const Callable& other) : throws(other.throws)
+            {
+                if (throws)
+                    throw std::runtime_error("copy");
+            }
+            void operator()(MessageDialogTemplate&) const {}
+
+            const bool& throws;
+        };
+        bool throws = false;
+        const Quillet::TemplatePreprocessor preprocessor{Callable(throws)};
+        throws = true;
+        QVERIFY_EXCEPTION_THROWN(Preprocessors::add(alpha, preprocessor), std::runtime_error);
+        QVERIFY(Preprocessors::isEmpty());
+    }
+
     void anExceptionOfAPreprocessorPassesThroughCreateDialog()
     {
         QVERIFY(Preprocessors::add(alpha, [](MessageDialogTemplate& t) {

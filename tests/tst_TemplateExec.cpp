@@ -569,6 +569,14 @@ private Q_SLOTS:
         QVERIFY(parent.children().isEmpty());
     }
 
+    void anExceptionOfTheSinkPassesThroughCreateDialog()
+    {
+        quorvel::GetLoggerDelegate() = [](std::int32_t, const std::wstring&) { throw Failure(); };
+        QWidget parent;
+        QVERIFY_EXCEPTION_THROWN(MessageDialogTemplate().createDialog(&parent), Failure);
+        QVERIFY(parent.children().isEmpty());
+    }
+
     // From registration to role
 
     void aTypicalRequestRunsFromRegistrationToRole()

@@ -218,7 +218,7 @@ private Q_SLOTS:
     void anExceptionOfTheSinkComesBeforeTheTableIsTouched_data()
     {
         QTest::addColumn<QString>("operation");
-        for (const char* operation : {"add", "replace", "remove", "refuse"})
+        for (const char* operation : {"add", "replace", "remove", "refuse", "refuse to add"})
             QTest::addRow("%s", operation) << QString::fromLatin1(operation);
     }
 
@@ -231,6 +231,8 @@ private Q_SLOTS:
              [] { MessageDialogTemplate::registerTemplate(named(a, QStringLiteral("new"))); }},
             {QStringLiteral("remove"), [] { MessageDialogTemplate::unregisterTemplate(a); }},
             {QStringLiteral("refuse"), [] { MessageDialogTemplate::unregisterTemplate(QString()); }},
+            {QStringLiteral("refuse to add"),
+             [] { MessageDialogTemplate::registerTemplate(MessageDialogTemplate()); }},
         };
         MessageDialogTemplate::registerTemplate(named(a, QStringLiteral("old")));
         quorvel::GetLoggerDelegate() = [](std::int32_t, const std::wstring&) {
