@@ -491,7 +491,6 @@ private Q_SLOTS:
         QApplication::exec();
         QCOMPARE(result, int(QDialog::Rejected));
         QCOMPARE(journal, QStringList(QStringLiteral("post")));
-        QVERIFY(!dialog.isVisible());
     }
 
     // Deletion inside the modal loop

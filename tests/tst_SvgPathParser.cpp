@@ -5,6 +5,7 @@
 #include <Quillet/SvgPathParser.h>
 
 #include <QtCore/QLineF>
+#include <cmath>
 
 #include <functional>
 
@@ -177,6 +178,19 @@ private Q_SLOTS:
             "M 1 \u0662 L 3 4",
             true,
             {line(3, 4)});
+        row("digits of another script end a number that they follow",
+            "M 1\u0662 2 L 3 4",
+            true,
+            {line(3, 4)});
+        row("a lone exponent is no number, and lost",
+            "M 1 2 e L 3 4 E L 5 6",
+            true,
+            {move(1, 2), line(3, 4), line(5, 6)});
+        row("a number of more digits than a double has is rounded to the nearest",
+            "M 9007199254740993 9007199254740995 L 3 4",
+            true,
+            {move(9007199254740992.0, 9007199254740996.0), line(3, 4)});
+        row("a nought may have an exponent", "M 0e5 -0E0 L 3 4", true, {move(0, 0), line(3, 4)});
         row("an embedded null is a command without numbers",
             QStringLiteral("M 1 2") + QChar() + QStringLiteral("L 3 4"),
             true,
@@ -260,6 +274,8 @@ private Q_SLOTS:
             << QStringLiteral("M 5 0 A 5 5 0 1 1 0 5") << 3 << QPointF(5, 5) << 5.0;
         QTest::newRow("radii that are too small grow")
             << QStringLiteral("M 0 0 A 1 1 0 0 1 10 0") << 2 << QPointF(5, 0) << 5.0;
+        QTest::newRow("radii that have grown and by rounding are still too small")
+            << QStringLiteral("M 0 0 A 1 1 0 0 1 18 47") << 2 << QPointF(9, 23.5) << std::hypot(9, 23.5);
         QTest::newRow("negative radii count as positive")
             << QStringLiteral("M 5 0 A -5 -5 0 0 1 0 5") << 1 << QPointF(0, 0) << 5.0;
         QTest::newRow("a rotated circle is a circle")
