@@ -127,7 +127,8 @@ Owner ownerOf(const void* address)
             if (isNamed("/libQuillet."))
                 sought.owner = Owner::Library;
             else if (object->dlpi_name[0] == '\0' // the program
-                     || isNamed("/libstdc++.") || isNamed("/libc.") || isNamed("/libQt5Core."))
+                     || isNamed("/libstdc++.") || isNamed("/libc.") || isNamed("/libasan.")
+                     || isNamed("/libQt5Core."))
                 sought.owner = Owner::Between;
             return 1;
         },
