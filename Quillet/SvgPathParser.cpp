@@ -59,8 +59,9 @@ private:
 /// Appends the ASCII digits at \a position to \a value, which is right for up to 19 digits in all.
 void readDigits(const QChar*& position, quint64& value)
 {
-    for (uint digit = 0; (digit = uint(position->unicode()) - '0') <= 9; ++position)
-        value = value * 10 + digit;
+    const auto digitAt = [](const QChar* place) { return uint(place->unicode()) - '0'; };
+    for (; digitAt(position) <= 9; ++position)
+        value = value * 10 + digitAt(position);
 }
 
 /// Takes a token without an exponent and of few digits, as most are; takes nothing of any other.

@@ -1,3 +1,4 @@
+#include "Allocations.h"
 #include "TestCase.h"
 
 #include <Quillet/SvgNesting.h>
@@ -119,6 +120,15 @@ private Q_SLOTS:
         QTest::newRow("by an entity of character references")
             << doctype(QStringLiteral("<!ENTITY a '&#60;g>'>")) + QStringLiteral("<svg>")
                    + QStringLiteral("&a;").repeated(200);
+        const QString multiplied = doctype(QStringLiteral("<!ENTITY a '<g>'><!ENTITY b '%1'><!ENTITY c '%2'>")
+                                               .arg(QStringLiteral("&a;").repeated(12))
+                                               .arg(QStringLiteral("&b;").repeated(12)))
+                                   + QStringLiteral("<svg>&c;");
+        QTest::newRow("by entities that multiply") << multiplied;
+        QTest::newRow("by entities that multiply, behind an XML declaration")
+            << QStringLiteral("<?xml version='1.0'?>") + multiplied;
+        QTest::newRow("by entities that multiply, behind a comment")
+            << QStringLiteral("<!-- x -->\n") + multiplied;
         QTest::newRow("in an entity declared behind a literal that looks like the subset's end")
             << doctype(QStringLiteral("<!ENTITY x ']>'><!ENTITY a '%1'>").arg(deep))
                    + document(QStringLiteral("&a;"));
@@ -143,6 +153,36 @@ private Q_SLOTS:
     {
         QFETCH(QString, text);
         QVERIFY(isNestedDeeperThan(100, text));
+    }
+
+    void ordinaryDocumentsAreJudgedWithoutReadingThem_data()
+    {
+        QTest::addColumn<QString>("prolog");
+        QTest::newRow("none") << QString();
+        QTest::newRow("an XML declaration") << QStringLiteral("<?xml version='1.0'?>\n");
+        QTest::newRow("a comment") << QStringLiteral("<!-- <g> & -->");
+        QTest::newRow("a document type") << QStringLiteral(
+            "<!DOCTYPE svg PUBLIC '-//W3C//DTD SVG 1.1//EN' 'svg11.dtd'>");
+        QTest::newRow("an XML declaration and a document type")
+            << QStringLiteral("<?xml version='1.0'?><!DOCTYPE svg>");
+        QTest::newRow("entities for namespaces")
+            << QStringLiteral("<!DOCTYPE svg [<!ENTITY a 'urn:a'>\n<!ENTITY b \"-'>]\">]>");
+        QTest::newRow("attributes") << QStringLiteral("<!DOCTYPE svg [<!ATTLIST g a CDATA 'x-y'>]>");
+    }
+
+    /// Qt's reader would say the same, and take several times as long as it takes to look.
+    void ordinaryDocumentsAreJudgedWithoutReadingThem()
+    {
+        QFETCH(QString, prolog);
+        const QString text = prolog + document(QStringLiteral("<g a='>' b=\"/>\"/>").repeated(10));
+        const std::size_t before = allocations();
+        const bool deep = isNestedDeeperThan(2, text);
+        QCOMPARE(allocations(), before);
+        QVERIFY(!deep);
+
+        const QString unclear = QStringLiteral("<!DOCTYPE svg [<!ENTITY a '<g/>'>]>") + text.mid(prolog.size());
+        QVERIFY(!isNestedDeeperThan(2, unclear));
+        QVERIFY(allocations() > before); // so reading is something that this can see
     }
 
     void truncatedTextsAreNoHarm_data()
