@@ -55,11 +55,10 @@ bool readNumber(const QString& text, double& number)
     return ok;
 }
 
-/// Reads the opacity that an element sets for its own fill or stroke: 1 where it sets none.
-bool readAlpha(const QString& text, double& alpha)
+/// Reads a number that may be left out; where it is, \a number stays as it is.
+bool readNumberIfAny(const QString& text, double& number)
 {
-    alpha = 1.0;
-    return text.isEmpty() || readNumber(text, alpha);
+    return text.isEmpty() || readNumber(text, number);
 }
 
 /// Any text that Qt takes for no colour, "none" among them, is an invalid colour: no fill, or no stroke.
@@ -76,16 +75,15 @@ QColor readColor(const QString& text, double alpha)
 
 bool parseOpacity(const QDomElement& element, SvgPathData& data)
 {
-    const QString opacity = element.attribute(QStringLiteral("opacity"));
     // What is no number makes the opacity 0 before it is rejected: for a group, whose rejected values are
     // passed over, that is the opacity that its paths get.
-    return opacity.isEmpty() || readNumber(opacity, data.opacity);
+    return readNumberIfAny(element.attribute(QStringLiteral("opacity")), data.opacity);
 }
 
 bool parseFill(const QDomElement& element, SvgPathData& data)
 {
     double alpha = 1.0;
-    if (!readAlpha(element.attribute(QStringLiteral("fill-opacity")), alpha))
+    if (!readNumberIfAny(element.attribute(QStringLiteral("fill-opacity")), alpha))
         return false;
 
     const QString fill = element.attribute(QStringLiteral("fill"));
@@ -109,7 +107,7 @@ bool parseFillRule(const QDomElement& element, SvgPathData& data)
 bool parseStroke(const QDomElement& element, SvgPathData& data)
 {
     double alpha = 1.0;
-    if (!readAlpha(element.attribute(QStringLiteral("stroke-opacity")), alpha))
+    if (!readNumberIfAny(element.attribute(QStringLiteral("stroke-opacity")), alpha))
         return false;
 
     const QString stroke = element.attribute(QStringLiteral("stroke"));
