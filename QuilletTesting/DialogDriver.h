@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QuilletTesting/DialogExpectation.h>
+#include <QuilletTesting/DialogRecord.h>
+#include <QuilletTesting/Failure.h>
+
+#include <QtCore/QVector>
+
+#include <memory>
+
+namespace Quillet::Testing {
+
+class DialogDriverPrivate;
+
+/// Answers the message boxes that a test makes appear, in the user's place.
+///
+/// \snippet tst_DialogDriverSnippets.cpp driver
+///
+/// For as long as it lives, a driver sees every show of a message box in the process: of a MessageDialog, one
+/// from a template, a plain QMessageBox, by exec(), open(), show() or a static function. It answers each from
+/// inside the event loop that runs while the box is open, so code that waits for the user goes on.
+///
+/// - **An expected box**, one with the identifier of an expect() that has not been met, is checked and
+/// answered as
+///   the DialogExpectation says. Boxes may come in any order, and while others are open. Of several
+///   expectations with one identifier the first is taken whose title and text are those of the box, or else
+///   the first.
+/// - **An unexpected box** makes the test fail with a message that describes it, and is dismissed: by Escape
+/// or by
+///   closing its window, which presses its escape button; by QDialog::done() where it has none.
+/// - **An expected box that never comes** makes the test fail, with a message that tells what came instead,
+/// when
+///   verify() is called or the driver is destroyed.
+/// - **Nothing hangs.** When nothing has happened for the time-out while a box is open, or a modal dialog
+/// that is
+///   no message box, the test fails and that box or dialog is closed. The time-out ends nothing else, and
+///   nothing waits for it. What a driver cannot end is code that blocks without an event loop.
+///
+/// Boxes that are opened without blocking are answered as soon as events are processed: call wait().
+///
+/// A driver needs a QApplication and is used from the GUI thread only. Of several that live at once the one
+/// made last answers; the others see nothing meanwhile. While a driver lives, message boxes are never the
+/// platform's native ones (Qt::AA_DontUseNativeDialogs), which nothing in the process could answer.
+class DialogDriver
+{
+public:
+    /// Starts to answer. What concerns no expectation fails at \a where.
+    explicit DialogDriver(const SourceLocation& where = SourceLocation::current());
+
+    /// Calls verify() unless the test has done so, and stops answering. A box that is still open fails the
+    /// test and is dismissed.
+    ~DialogDriver();
+
+    Q_DISABLE_COPY(DialogDriver)
+
+    /// Expects a box with this identifier: MessageDialog::getId() or, where that is empty and for a plain
+    /// QMessageBox, the object name. An empty identifier stands for boxes that have neither.
+    ///
+    /// \return the expectation, to be told what to check and how to answer; it lives as long as the driver.
+    DialogExpectation& expect(const QString& identifier,
+                              const SourceLocation& where = SourceLocation::current());
+
+    /// Runs the event loop until every expected box has come and no box is open.
+    ///
+    /// \return whether that is so; false when nothing has happened for the time-out. A failure is left to
+    ///         verify().
+    bool wait();
+
+    /// Makes the test fail for each expected box that has not come as often as expected. The expectations are
+    /// forgotten; the records stay.
+    ///
+    /// \return whether all have come.
+    bool verify();
+
+    /// All boxes shown since the driver was made, in the order of their shows, those included that are still
+    /// open.
+    QVector<DialogRecord> records() const;
+
+    /// The identifiers of records().
+    QStringList identifiers() const;
+
+    /// How long nothing may happen while a dialog is open: 5000 ms unless set.
+    int timeout() const;
+
+    /// Sets it, from the next event on.
+    void setTimeout(int milliseconds);
+
+    /// Has a picture of each unexpected box, and of each that differs from what was expected or ran into the
+    /// time-out, saved as a PNG file in \a directory, which is made if need be. An empty one, as at first,
+    /// saves none. The failure names the file.
+    void setScreenshotDirectory(const QString& directory);
+
+private:
+    std::unique_ptr<DialogDriverPrivate> d;
+};
+
+} // namespace Quillet::Testing

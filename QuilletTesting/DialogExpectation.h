@@ -1,0 +1,123 @@
+#pragma once
+
+#include <QuilletTesting/Failure.h>
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtWidgets/QMessageBox>
+
+#include <functional>
+#include <memory>
+
+namespace Quillet::Testing {
+
+struct ExpectationData;
+
+/// One message box that a test expects: what it must look like, and what the user does with it.
+///
+/// \snippet tst_DialogDriverSnippets.cpp checks
+///
+/// Each function returns the expectation itself, so that calls can follow one another. It belongs to the
+/// DialogDriver that made it and lives as long as that; it is used from the GUI thread only.
+///
+/// **Checks**, `with...()`, are made when the box has been shown, before anything is done with it. All that
+/// differ make one failure together, at the line that called DialogDriver::expect(), and the box is answered
+/// all the same.
+///
+/// **Answers** are performed one after the other, each when the box is the one that a user could answer: its
+/// window is exposed and no modal dialog blocks it. Where no answer is given, it is pressEscape(). An answer
+/// that cannot be performed, such as a click on a button that is not there or is disabled, is a failure, and
+/// the box is dismissed as an unexpected one is. So it is when it is still open at the time-out after its
+/// last answer.
+///
+/// Mouse and key events are handed to the box's window, as they arrive from a real mouse and keyboard;
+/// nothing is called by name. What is hidden, disabled or covered is out of reach, as it is for a user.
+class DialogExpectation
+{
+public:
+    ~DialogExpectation();
+    Q_DISABLE_COPY(DialogExpectation)
+
+    // Checks
+
+    /// The window title. (On macOS message boxes show none.)
+    DialogExpectation& withTitle(const QString& title);
+
+    /// The main text, as it was set: rich text with its tags.
+    DialogExpectation& withText(const QString& text);
+
+    /// The smaller text below the main one.
+    DialogExpectation& withInformativeText(const QString& text);
+
+    /// The icon that was asked for. MessageDialog puts a picture of its own in its place; what it stands for
+    /// is checked.
+    DialogExpectation& withIcon(QMessageBox::Icon icon);
+
+    /// The labels of all buttons, without mnemonics, in any order: the platform decides how buttons are
+    /// arranged.
+    DialogExpectation& withButtons(const QStringList& labels);
+
+    /// All buttons, by their standard values. A custom button is none of them, and makes the check fail.
+    DialogExpectation& withButtons(QMessageBox::StandardButtons buttons);
+
+    /// The label of QMessageBox::defaultButton(); an empty one for a box without.
+    DialogExpectation& withDefaultButton(const QString& label);
+
+    /// The label of MessageDialog::getPrimaryButton(), the button that stands out. A plain QMessageBox has
+    /// none, and makes the check fail.
+    DialogExpectation& withPrimaryButton(const QString& label);
+
+    // How often
+
+    /// Expects \a count shows in place of one, each checked and answered alike. 0: it must not come at all.
+    DialogExpectation& times(int count);
+
+    /// Expects any number of shows, none included.
+    DialogExpectation& anyTimes();
+
+    // Answers
+
+    /// Clicks the one button with this label, written without mnemonic.
+    DialogExpectation& click(const QString& label);
+
+    /// Clicks a standard button.
+    DialogExpectation& click(QMessageBox::StandardButton button);
+
+    /// Clicks the one button with this role.
+    DialogExpectation& click(QMessageBox::ButtonRole role);
+
+    /// Clicks the button that the slot of this number, from 0 on, has made.
+    ///
+    /// A dialog does not know the slots of its template. So the template is looked up in the registry, under
+    /// the dialog's identifier, and adjusted by the preprocessors that are there at that moment, which run
+    /// once more for it; then the button is the one with the slot's text and role.
+    DialogExpectation& clickSlot(int slot);
+
+    /// Clicks the check box, in the middle of its indicator. That does not close the dialog: another answer,
+    /// or Escape, follows.
+    DialogExpectation& toggleCheckBox();
+
+    /// Presses and releases a key, with the window active: Return for the default button, a letter with Alt
+    /// for a mnemonic, Tab, and so on.
+    DialogExpectation& pressKey(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+    /// Presses Escape.
+    DialogExpectation& pressEscape();
+
+    /// Closes the window as the window system does when a user closes it.
+    DialogExpectation& closeWindow();
+
+    /// Runs \a code with the box: for checks of one's own, and for what is no user's doing, such as
+    /// QDialog::done() or the destruction of the box. Where it leaves the box open and no answer is given,
+    /// Escape follows.
+    DialogExpectation& run(const std::function<void(QMessageBox&)>& code);
+
+private:
+    friend class DialogDriver;
+    friend class DialogDriverPrivate;
+    DialogExpectation(const QString& identifier, const SourceLocation& where);
+
+    std::unique_ptr<ExpectationData> d;
+};
+
+} // namespace Quillet::Testing

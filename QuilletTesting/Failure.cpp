@@ -1,0 +1,37 @@
+#include <QuilletTesting/Failure.h>
+
+#include <QtTest/QtTest>
+
+#include <utility>
+
+namespace {
+
+Quillet::Testing::FailureHandler& currentHandler()
+{
+    static Quillet::Testing::FailureHandler handler;
+    return handler;
+}
+
+} // namespace
+
+namespace Quillet::Testing {
+
+FailureHandler setFailureHandler(const FailureHandler& handler)
+{
+    FailureHandler before = std::move(currentHandler());
+    currentHandler() = handler;
+    return before;
+}
+
+void reportFailure(const QString& message, const SourceLocation& where)
+{
+    if (const FailureHandler& handler = currentHandler())
+        handler(message, where);
+    else if (QTest::currentTestFunction())
+        QTest::qFail(message.toUtf8().constData(), where.file, where.line);
+    else
+        qFatal("%s\n(No test function of QtTest runs, and no failure handler is set.)",
+               qUtf8Printable(message));
+}
+
+} // namespace Quillet::Testing
