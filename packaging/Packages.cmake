@@ -40,7 +40,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 quillet_describe_package(
   DEVELOPMENT "user-interface utilities for Qt 5 Widgets (development files)" "."
   "This package has what it takes to build programs with it: headers, a CMake"
-  "package and a pkg-config file.")
+  "package, pkg-config files, and a library for the tests of such programs.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "quillet-doc, quillet-gallery")
 
 set(CPACK_DEBIAN_GALLERY_PACKAGE_NAME quillet-gallery)

@@ -1,5 +1,5 @@
-# Builds each of SOURCES by one call of COMPILER with the flags that PKG_CONFIG gives for the Quillet in
-# PREFIX (with its libraries in LIBDIR), and runs the program. FLAGS are those of the library's own build.
+# Builds each of SOURCES by one call of COMPILER with the flags that PKG_CONFIG gives for PACKAGES, by itself
+# Quillet, in PREFIX (with its libraries in LIBDIR), and runs the program. FLAGS are those of the library's own build.
 
 cmake_minimum_required(VERSION 3.21)
 

@@ -22,9 +22,14 @@ endfunction()
 
 # Quillet inside another project, once with its own stand-ins and once with the host's targets.
 foreach(host_targets OFF ON)
+  if(host_targets) # one of the two builds the test kit, the other has to do without
+    set(test_kit OFF)
+  else()
+    set(test_kit ON)
+  endif()
   quillet_add_consumer(
     embedded-with-host-targets-${host_targets} consumer "-DQUILLET_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
-    "-DHOST_TARGETS=${host_targets}" -DQUILLET_INSTALL=${host_targets})
+    "-DHOST_TARGETS=${host_targets}" -DQUILLET_INSTALL=${host_targets} -DQUILLET_BUILD_TEST_KIT=${test_kit})
 endforeach()
 
 if(NOT QUILLET_INSTALL OR NOT CMAKE_SYSTEM_NAME STREQUAL "Linux")
@@ -46,6 +51,12 @@ set_tests_properties(install PROPERTIES FIXTURES_SETUP installation)
 quillet_add_consumer(installed consumer "-DCMAKE_PREFIX_PATH=${prefix}")
 quillet_add_consumer(each-installed-header-compiles-alone each-header "-DCMAKE_PREFIX_PATH=${prefix}")
 set_tests_properties(installed each-installed-header-compiles-alone PROPERTIES FIXTURES_REQUIRED installation)
+
+# The test kit in the tests of applications.
+foreach(framework IN ITEMS qtest gtest)
+  quillet_add_consumer(test-with-${framework} ../examples/test-with-${framework} "-DCMAKE_PREFIX_PATH=${prefix}")
+  set_tests_properties(test-with-${framework} PROPERTIES FIXTURES_REQUIRED installation)
+endforeach()
 
 if(QUILLET_BUILD_EXAMPLES)
   add_test(NAME installed-gallery COMMAND "${prefix}/${CMAKE_INSTALL_BINDIR}/quillet-gallery" --version)
@@ -80,10 +91,17 @@ add_test(
     "SOURCES=${CMAKE_CURRENT_SOURCE_DIR}/consumer/main.cpp;${CMAKE_CURRENT_SOURCE_DIR}/consumer/logging.cpp"
     -P "${CMAKE_CURRENT_SOURCE_DIR}/build-with-pkg-config.cmake")
 add_test(
+  NAME test-built-with-pkg-config
+  COMMAND
+    "${CMAKE_COMMAND}" ${installation_for_scripts} -D "FLAGS=${CMAKE_CXX_FLAGS}" -D
+    "DIRECTORY=${CMAKE_CURRENT_BINARY_DIR}/test-built-with-pkg-config" -D "PACKAGES=Quillet-Testing;gtest" -D
+    "SOURCES=${PROJECT_SOURCE_DIR}/examples/test-with-gtest/main.cpp" -P
+    "${CMAKE_CURRENT_SOURCE_DIR}/build-with-pkg-config.cmake")
+add_test(
   NAME must-not-compile
   COMMAND
     "${CMAKE_COMMAND}" ${installation_for_scripts} -D
     "DIRECTORY=${CMAKE_CURRENT_SOURCE_DIR}/must-not-compile" -P
     "${CMAKE_CURRENT_SOURCE_DIR}/must-not-compile.cmake")
-set_tests_properties(built-with-pkg-config must-not-compile PROPERTIES FIXTURES_REQUIRED installation
-                                                                       ENVIRONMENT "${consumer_environment}")
+set_tests_properties(built-with-pkg-config test-built-with-pkg-config must-not-compile
+                     PROPERTIES FIXTURES_REQUIRED installation ENVIRONMENT "${consumer_environment}")
