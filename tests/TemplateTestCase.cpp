@@ -4,29 +4,17 @@ using Quillet::MessageDialogTemplate;
 using Quillet::MessageDialogTemplatePreprocessors;
 using Quillet::TemplatePreprocessor;
 
+void TemplateTestCase::init()
+{
+    m_guard = std::make_unique<Quillet::Testing::StateGuard>();
+    m_guard->startEmpty();
+    TestCase::init();
+}
+
 void TemplateTestCase::cleanup()
 {
-    quorvel::GetLoggerDelegate() = nullptr;
-    quorvel::SetLoggerLevel(0);
-    const auto& templates = MessageDialogTemplate::getRegisteredTemplates();
-    while (!templates.empty())
-        MessageDialogTemplate::unregisterTemplate(QString(templates.begin()->first));
-
-    QVERIFY(MessageDialogTemplatePreprocessors::isEmpty());
+    m_guard.reset();
     TestCase::cleanup();
-}
-
-char* toString(const LogLine& line)
-{
-    return QTest::toString(QStringLiteral("level %1: %2").arg(line.level).arg(line.text));
-}
-
-LogCapture::LogCapture(std::int32_t threshold)
-{
-    quorvel::SetLoggerLevel(threshold);
-    quorvel::GetLoggerDelegate() = [this](std::int32_t level, const std::wstring& text) {
-        m_lines.append({level, QString::fromStdWString(text)});
-    };
 }
 
 ScopedPreprocessor::ScopedPreprocessor(const QString& name, const TemplatePreprocessor& fn) : m_name(name)
