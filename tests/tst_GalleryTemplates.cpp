@@ -4,6 +4,8 @@
 #include "TemplatesPage.h"
 #include "TestCase.h"
 
+#include <QuilletTesting/DialogDriver.h>
+
 #include <Quillet/MessageDialogTemplate.h>
 #include <Quillet/MessageDialogTemplatePreprocessors.h>
 
@@ -25,6 +27,7 @@
 
 using Quillet::MessageDialogTemplate;
 using Quillet::MessageDialogTemplatePreprocessors;
+using Quillet::Testing::DialogDriver;
 
 namespace {
 
@@ -68,7 +71,8 @@ struct OpenedPage
     /// Runs the chosen template and answers its dialog with the button that shows \a text.
     void execAndClick(const QString& text) const
     {
-        whenModal([&](QMessageBox& box) { buttonOf(box, text)->click(); });
+        DialogDriver driver;
+        driver.expect(list->currentItem()->text()).click(text);
         click(QStringLiteral("exec()"));
     }
 
@@ -303,13 +307,11 @@ private Q_SLOTS:
         const OpenedPage opened;
         opened.choose(QStringLiteral("save-changes"));
         opened.takeLog();
-        QWidget* parent = nullptr;
-        whenModal([&](QMessageBox& box) {
-            parent = box.parentWidget();
-            buttonOf(box, QStringLiteral("Discard"))->click();
-        });
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes"))
+            .run([&](QMessageBox& box) { QCOMPARE(box.parentWidget(), opened.window.get()); })
+            .click(QStringLiteral("Discard"));
         opened.click(QStringLiteral("exec()"));
-        QCOMPARE(parent, opened.window.get());
         QCOMPARE(
             opened.takeLog(),
             QStringList({QStringLiteral("[2] MessageDialogTemplate: executing dialog template: save-changes"),
@@ -338,10 +340,10 @@ private Q_SLOTS:
         opened.choose(QStringLiteral("save-changes"));
         opened.click(veto);
         opened.takeLog();
-        if (lines.size() == 1)
-            opened.click(QStringLiteral("exec()")); // never gets to its loop
-        else
-            opened.execAndClick(QStringLiteral("Save"));
+        DialogDriver driver;
+        if (lines.size() > 1) // it gets to its loop
+            driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
+        opened.click(QStringLiteral("exec()"));
         QCOMPARE(opened.takeLog().mid(1),
                  lines + QStringList({QStringLiteral("exec() returned -1 (InvalidRole)")}));
     }
@@ -363,13 +365,13 @@ private Q_SLOTS:
         opened.type(QStringLiteral("slot 1 text"), QStringLiteral("Ignore"));
         opened.click(QStringLiteral("Replace"));
         opened.takeLog();
-        QString details;
-        whenModal([&](QMessageBox& box) {
-            details = box.detailedText();
-            buttonOf(box, QStringLiteral("Ignore"))->click();
-        });
+        DialogDriver driver;
+        driver.expect(QStringLiteral("export-failed"))
+            .run([](QMessageBox& box) {
+                QVERIFY(box.detailedText().contains(QStringLiteral("lighthouse.png")));
+            })
+            .click(QStringLiteral("Ignore"));
         opened.click(QStringLiteral("exec()"));
-        QVERIFY(details.contains(QStringLiteral("lighthouse.png")));
         const QStringList lines = opened.takeLog();
         QCOMPARE(lines.count(QStringLiteral("pre-exec callback: go on")), 1);
         QVERIFY(lines.contains(QStringLiteral("action of slot 1: Ignore")));
@@ -380,11 +382,16 @@ private Q_SLOTS:
         const OpenedPage opened;
         opened.choose(QStringLiteral("save-changes"));
         opened.takeLog();
+        DialogDriver driver;
+        QPointer<QMessageBox> box;
+        driver.expect(QStringLiteral("save-changes"))
+            .run([&](QMessageBox& shown) {
+                box = &shown;
+                QCOMPARE(box->parentWidget(), opened.window.get());
+            })
+            .click(QStringLiteral("Save"));
         opened.click(QStringLiteral("createDialog()")); // returns at once
-        const QPointer<QMessageBox> box(qobject_cast<QMessageBox*>(QApplication::activeModalWidget()));
-        QVERIFY(box);
-        QCOMPARE(box->parentWidget(), opened.window.get());
-        buttonOf(*box, QStringLiteral("Save"))->click();
+        QVERIFY(driver.wait());
         QCOMPARE(
             opened.takeLog(),
             QStringList({QStringLiteral("[2] MessageDialogTemplate: creating dialog from dialog template: "
@@ -573,7 +580,8 @@ private Q_SLOTS:
             const OpenedPage opened;
             t = registered(QStringLiteral("save-changes"));
         }
-        whenModal([&](QMessageBox& box) { buttonOf(box, QStringLiteral("Save"))->click(); });
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
         QCOMPARE(t.exec(), QMessageBox::AcceptRole);
     }
 

@@ -1,5 +1,7 @@
 #include "TemplateTestCase.h"
 
+#include <QuilletTesting/DialogDriver.h>
+
 #include <QtWidgets/QPushButton>
 
 #include <memory>
@@ -9,12 +11,16 @@
 using Quillet::DialogCallback;
 using Quillet::MessageDialog;
 using Quillet::MessageDialogTemplate;
+using Quillet::Testing::DialogDriver;
+using Quillet::Testing::DialogExpectation;
 
 Q_DECLARE_METATYPE(std::function<void(QMessageBox&)>)
+Q_DECLARE_METATYPE(std::function<void(DialogExpectation&)>)
 
 namespace {
 
 using Answer = std::function<void(QMessageBox&)>;
+using Instruction = std::function<void(DialogExpectation&)>;
 
 // Keys and clicks go to the window, where they arrive from the keyboard and the mouse as well.
 
@@ -24,15 +30,6 @@ Answer press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
         box.activateWindow(); // it may have been another dialog's turn
         if (QTest::qWaitForWindowActive(&box))
             QTest::keyClick(box.windowHandle(), static_cast<Qt::Key>(key), modifiers);
-    };
-}
-
-Answer clickWithTheMouse(const QString& text)
-{
-    return [text](QMessageBox& box) {
-        const QAbstractButton* const button = buttonOf(box, text);
-        QTest::mouseClick(
-            box.windowHandle(), Qt::LeftButton, Qt::NoModifier, button->mapTo(&box, button->rect().center()));
     };
 }
 
@@ -77,34 +74,53 @@ private Q_SLOTS:
 
     void theClickedSlotsActionRunsAndItsRoleIsTheResult_data()
     {
-        QTest::addColumn<Answer>("answer");
+        QTest::addColumn<Instruction>("instruct");
         QTest::addColumn<QString>("ran");
         QTest::addColumn<int>("role");
         const QString save = QStringLiteral("Save");
         const QString discard = QStringLiteral("Discard");
         const QString cancel = QStringLiteral("Cancel");
-        QTest::newRow("Return presses the default button")
-            << press(Qt::Key_Return) << save << int(QMessageBox::AcceptRole);
-        QTest::newRow("Enter too") << press(Qt::Key_Enter) << save << int(QMessageBox::AcceptRole);
-        QTest::newRow("Escape presses the escape button")
-            << press(Qt::Key_Escape) << cancel << int(QMessageBox::RejectRole);
-        QTest::newRow("closing the window too")
-            << Answer(closeWindow) << cancel << int(QMessageBox::RejectRole);
-        QTest::newRow("a mnemonic") << press(Qt::Key_D, Qt::AltModifier) << discard
-                                    << int(QMessageBox::DestructiveRole);
-        QTest::newRow("the mouse") << clickWithTheMouse(discard) << discard
-                                   << int(QMessageBox::DestructiveRole);
-        QTest::newRow("the mouse, a later slot")
-            << clickWithTheMouse(cancel) << cancel << int(QMessageBox::RejectRole);
+        const auto add = [](const char* name, const Instruction& instruct, const QString& ran, int role) {
+            QTest::newRow(name) << instruct << ran << role;
+        };
+        add(
+            "Return presses the default button",
+            [](auto& box) { box.pressKey(Qt::Key_Return); },
+            save,
+            QMessageBox::AcceptRole);
+        add(
+            "Enter too", [](auto& box) { box.pressKey(Qt::Key_Enter); }, save, QMessageBox::AcceptRole);
+        add(
+            "Escape presses the escape button",
+            [](auto& box) { box.pressEscape(); },
+            cancel,
+            QMessageBox::RejectRole);
+        add(
+            "closing the window too", [](auto& box) { box.closeWindow(); }, cancel, QMessageBox::RejectRole);
+        add(
+            "a mnemonic",
+            [](auto& box) { box.pressKey(Qt::Key_D, Qt::AltModifier); },
+            discard,
+            QMessageBox::DestructiveRole);
+        add(
+            "the mouse", [=](auto& box) { box.click(discard); }, discard, QMessageBox::DestructiveRole);
+        add(
+            "the mouse, a later slot",
+            [=](auto& box) { box.click(cancel); },
+            cancel,
+            QMessageBox::RejectRole);
     }
 
     void theClickedSlotsActionRunsAndItsRoleIsTheResult()
     {
-        QFETCH(Answer, answer);
+        QFETCH(Instruction, instruct);
         QFETCH(QString, ran);
         QFETCH(int, role);
         QStringList journal;
-        QCOMPARE(int(run(saveChanges(journal), answer)), role);
+        const MessageDialogTemplate t = saveChanges(journal);
+        DialogDriver driver;
+        instruct(driver.expect(t.id));
+        QCOMPARE(int(t.exec()), role);
         QCOMPARE(journal, QStringList(ran));
     }
 
@@ -200,7 +216,6 @@ private Q_SLOTS:
         QTest::addColumn<Answer>("answer");
         QTest::newRow("its own OK button") << press(Qt::Key_Return);
         QTest::newRow("Escape") << press(Qt::Key_Escape);
-        QTest::newRow("the mouse") << clickWithTheMouse(QStringLiteral("OK"));
         QTest::newRow("closing the window") << Answer(closeWindow);
     }
 
@@ -407,16 +422,18 @@ private Q_SLOTS:
         QStringList journal;
         MessageDialogTemplate inner = saveChanges(journal);
         MessageDialogTemplate outer = saveChanges(journal);
+        outer.id = QStringLiteral("outer");
         outer.buttons[0].action = [&] {
-            QCOMPARE(run(inner, press(Qt::Key_Escape)), QMessageBox::RejectRole);
+            QCOMPARE(inner.exec(), QMessageBox::RejectRole);
             journal.append(QStringLiteral("outer action"));
         };
-        QCOMPARE(run(outer,
-                     [&](QMessageBox& box) {
-                         QCOMPARE(run(inner, click(QStringLiteral("Discard"))), QMessageBox::DestructiveRole);
-                         press(Qt::Key_Return)(box);
-                     }),
-                 QMessageBox::AcceptRole);
+        DialogDriver driver;
+        driver.expect(outer.id)
+            .run([&](QMessageBox&) { QCOMPARE(inner.exec(), QMessageBox::DestructiveRole); })
+            .pressKey(Qt::Key_Return);
+        driver.expect(inner.id).click(QStringLiteral("Discard"));
+        driver.expect(inner.id).pressEscape();
+        QCOMPARE(outer.exec(), QMessageBox::AcceptRole);
         QCOMPARE(journal,
                  QStringList(
                      {QStringLiteral("Discard"), QStringLiteral("Cancel"), QStringLiteral("outer action")}));
@@ -594,20 +611,21 @@ private Q_SLOTS:
             t.title.prepend(QStringLiteral("Harbour: "));
         });
 
-        whenModal([&](QMessageBox& box) {
-            const MessageDialog& dialog = *qobject_cast<MessageDialog*>(&box);
-            QCOMPARE(dialog.getId(), QStringLiteral("save-changes"));
-            QCOMPARE(dialog.parentWidget(), &mainWindow);
-            QCOMPARE(dialog.windowTitle(), QStringLiteral("Harbour: Unsaved changes"));
-            QCOMPARE(dialog.text(), QStringLiteral("Save the changes?"));
-            QVERIFY(!dialog.styleSheet().isEmpty());
-            QVERIFY(!dialog.iconPixmap().isNull());
-            QCOMPARE(dialog.getPrimaryButton(), buttonOf(dialog, QStringLiteral("Save")));
-            QVERIFY(!dialog.getPrimaryButton()->styleSheet().isEmpty());
-            QVERIFY(buttonOf(dialog, QStringLiteral("Cancel"))->styleSheet().isEmpty());
-            journal.append(QStringLiteral("loop"));
-            press(Qt::Key_Return)(box);
-        });
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes"))
+            .withTitle(QStringLiteral("Harbour: Unsaved changes"))
+            .withText(QStringLiteral("Save the changes?"))
+            .withIcon(QMessageBox::Question)
+            .withPrimaryButton(QStringLiteral("Save"))
+            .run([&](QMessageBox& box) {
+                QCOMPARE(box.parentWidget(), &mainWindow);
+                QVERIFY(!box.styleSheet().isEmpty());
+                QVERIFY(!box.iconPixmap().isNull());
+                QVERIFY(!buttonOf(box, QStringLiteral("Save"))->styleSheet().isEmpty());
+                QVERIFY(buttonOf(box, QStringLiteral("Cancel"))->styleSheet().isEmpty());
+                journal.append(QStringLiteral("loop"));
+            })
+            .pressKey(Qt::Key_Return);
         const auto& templates = MessageDialogTemplate::getRegisteredTemplates();
         QCOMPARE(templates.at(QStringLiteral("save-changes")).exec(&mainWindow), QMessageBox::AcceptRole);
 
