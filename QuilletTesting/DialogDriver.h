@@ -21,20 +21,16 @@ class DialogDriverPrivate;
 /// inside the event loop that runs while the box is open, so code that waits for the user goes on.
 ///
 /// - **An expected box**, one with the identifier of an expect() that has not been met, is checked and
-/// answered as
-///   the DialogExpectation says. Boxes may come in any order, and while others are open. Of several
-///   expectations with one identifier the first is taken whose title and text are those of the box, or else
-///   the first.
+///   answered as the DialogExpectation says. Boxes may come in any order, and while others are open. Of
+///   several expectations with one identifier the first is taken whose title and text are those of the
+///   box, or else the first.
 /// - **An unexpected box** makes the test fail with a message that describes it, and is dismissed: by Escape
-/// or by
-///   closing its window, which presses its escape button; by QDialog::done() where it has none.
+///   or by closing its window, which presses its escape button; by QDialog::done() where it has none.
 /// - **An expected box that never comes** makes the test fail, with a message that tells what came instead,
-/// when
-///   verify() is called or the driver is destroyed.
+///   when verify() is called or the driver is destroyed.
 /// - **Nothing hangs.** When nothing has happened for the time-out while a box is open, or a modal dialog
-/// that is
-///   no message box, the test fails and that box or dialog is closed. The time-out ends nothing else, and
-///   nothing waits for it. What a driver cannot end is code that blocks without an event loop.
+///   that is no message box, the test fails and that box or dialog is closed. The time-out ends nothing
+///   else, and nothing waits for it. What a driver cannot end is code that blocks without an event loop.
 ///
 /// Boxes that are opened without blocking are answered as soon as events are processed: call wait().
 ///
