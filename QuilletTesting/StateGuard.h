@@ -38,12 +38,10 @@ namespace Quillet::Testing {
 /// - One that the tested code adds is removed if the guard was given its name, by the constructor or by
 ///   watchPreprocessor().
 /// - One of those names that was there before and has been removed cannot be put back, only added anew by
-/// those who
-///   know it: that makes the test fail. So does a table that was empty and is not at the end, or the other
-///   way round, whatever the names.
-/// - What it cannot see: under a name that was not given, that one was added to or removed from a table with
-/// others
-///   in it; and that one was replaced by another under the same name.
+///   those who know it: that makes the test fail. So does a table that was empty and is not at the end, or
+///   the other way round, whatever the names.
+/// - What it cannot see: under a name that was not given, that one was added to or removed from a table
+///   with others in it; and that one was replaced by another under the same name.
 ///
 /// Of several guards the last one made ends first. GUI thread only.
 class StateGuard
