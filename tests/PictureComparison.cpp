@@ -94,7 +94,7 @@ QString pictureDifference(const QImage& actual, const QString& storedFile, const
     } else {
         const Differences differences = findDifferences(actual, stored);
         const int pixels = stored.width() * stored.height();
-        if (differences.count <= pixels * pixels_tolerance)
+        if (differences.count <= std::min(pixels * pixels_tolerance, double(most_pixels)))
             return {};
         what = QStringLiteral("%1 of %2 pixels differ by more than %3, the first at (%4, %5), by up to %6")
                    .arg(differences.count)

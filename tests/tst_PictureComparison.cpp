@@ -102,6 +102,18 @@ private Q_SLOTS:
                     .startsWith(QStringLiteral("1 of 9 pixels differ by more than 8, the first at (2, 1)")));
     }
 
+    void aLetterOfALargePictureIsTooMuch()
+    {
+        QImage actual = plain({10 * side, 10 * side});
+        QVERIFY(actual.save(m_stored));
+        for (int x = 0; x < most_pixels; ++x)
+            actual.setPixelColor(x, 4, black);
+        QCOMPARE(pictureDifference(actual, m_stored, m_differences), QString());
+        actual.setPixelColor(most_pixels, 4, black);
+        QVERIFY(pictureDifference(actual, m_stored, m_differences)
+                    .startsWith(QStringLiteral("11 of 1000000 pixels differ by more than 8")));
+    }
+
     void aMissingPictureFailsAndTellsWhatWritesIt()
     {
         QVERIFY(QFile::remove(m_stored));
