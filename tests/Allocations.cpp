@@ -1,5 +1,6 @@
 #include "Allocations.h"
 
+#include <QtGui/QPixmapCache>
 #include <QtTest/QTest>
 
 #include <algorithm>
@@ -299,6 +300,11 @@ bool FailingAllocation::hasFailed()
 Heap heap()
 {
     return {live_blocks, live_bytes};
+}
+
+void cacheNoPixmaps()
+{
+    QPixmapCache::setCacheLimit(0);
 }
 
 bool countsMalloc()

@@ -18,16 +18,14 @@ enum class Failing {
     OperatorNew,
 
     /// Each call of operator new and of malloc() that the library makes, by itself, by a callable that the
-    /// test
-    /// gave it, or by way of the standard library and of QtCore, whose strings, containers, files and guarded
-    /// pointers it uses. The stack tells: the first function on it that is of none of these must be of
-    /// libQuillet.
+    /// test gave it, or by way of the standard library and of QtCore, whose strings, containers, files and
+    /// guarded pointers it uses. The stack tells: the first function on it that is of none of these must be
+    /// of libQuillet.
     ///
     /// Allocations of other modules are left alone, because Qt 5 does not bear their failure: of its
-    /// libraries
-    /// only QtCore is compiled with exceptions. In the others an exception passes without running a
-    /// destructor,
-    /// and a malloc() that fails is not noticed. Nor is it by QObject, so that is left alone, too.
+    /// libraries only QtCore is compiled with exceptions. In the others an exception passes without running
+    /// a destructor, and a malloc() that fails is not noticed. Nor is it by QObject, so that is left alone,
+    /// too.
     Library,
 };
 
@@ -78,6 +76,10 @@ struct Heap
 /// What is allocated now: all of it where malloc() is replaced, too, and otherwise what came from operator
 /// new.
 Heap heap();
+
+/// Keeps pixmaps out of Qt's cache, which gives them back half a minute later, in the middle of a comparison
+/// where the machine is slow. To be called before the first window is shown.
+void cacheNoPixmaps();
 
 /// Whether malloc() is replaced. It is not in a sanitized build, whose own it is, nor beside another C
 /// library than glibc.

@@ -52,6 +52,8 @@ class TestDialogAllocations : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { cacheNoPixmaps(); }
+
     void aBoxWhoseShowFailedIsStyledByTheNext_data()
     {
         QTest::addColumn<QString>("operation");

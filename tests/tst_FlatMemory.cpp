@@ -59,6 +59,8 @@ class TestFlatMemory : public TemplateTestCase
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { cacheNoPixmaps(); }
+
     void whatIsLostIsSeen()
     {
         // Otherwise the cases below would compare in vain.

@@ -85,6 +85,8 @@ class TestLoading : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { cacheNoPixmaps(); }
+
     void init()
     {
         TestCase::init();

@@ -84,6 +84,8 @@ class TestTemplateAllocations : public TemplateTestCase
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { cacheNoPixmaps(); }
+
     void aFailingAllocationLeavesNoHalfMadeEntry()
     {
         QStringList journal;
