@@ -65,6 +65,9 @@ private Q_SLOTS:
         row("value of opacity", "<path opacity='50%' d='M0 0'/>");
         row("value of opacity", "<path opacity='2' d='M0 0'/>");
         row("value of fill-rule", "<path fill-rule='EvenOdd' d='M0 0'/>");
+        row("value of stroke-linecap", "<path stroke-linecap='Butt' d='M0 0'/>");
+        row("value of stroke-linejoin", "<path stroke-linejoin='arcs' d='M0 0'/>");
+        row("value of stroke-miterlimit", "<path stroke-miterlimit='.5' d='M0 0'/>");
         row("error in path data", "<path d='M0 0 5'/>");
         row("flags of arcs together", "<path d='M0 0a5 5 0 1110 0'/>");
         row("arc with a radius of 0", "<path d='M0 0a0 5 0 1 1 10 0'/>");
@@ -75,6 +78,45 @@ private Q_SLOTS:
         QFETCH(const QString, content);
         QFETCH(const QString, cause);
         QCOMPARE(judgementOf({}, content).outside, QStringList(cause));
+    }
+
+    void whatStandsAroundTheRootCounts_data()
+    {
+        QTest::addColumn<QString>("prolog");
+        QTest::addColumn<QStringList>("outside");
+        const auto row = [](const char* prolog, const QStringList& outside) {
+            QTest::newRow(prolog) << QString::fromUtf8(prolog) << outside;
+        };
+        row("<!DOCTYPE svg>", {});
+        row("<!DOCTYPE svg [<!ENTITY a 'x'>]>", {}); // what it stands for is judged
+        row("<?xml version='1.0' encoding='utf-8'?>", {});
+        row("<?xml version='1.0' encoding='ISO-8859-1'?>", {QStringLiteral("other encoding than UTF-8")});
+        row("<?xml-stylesheet href='a.css'?>", {QStringLiteral("processing instruction")});
+    }
+
+    void whatStandsAroundTheRootCounts()
+    {
+        QFETCH(const QString, prolog);
+        QFETCH(const QStringList, outside);
+        QDomDocument document;
+        QVERIFY(document.setContent(prolog + QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\"/>")));
+        QCOMPARE(judge(document).outside, outside);
+    }
+
+    void whatEntitiesStandForIsJudged()
+    {
+        QDomDocument document;
+        QVERIFY(document.setContent(QStringLiteral(
+            "<!DOCTYPE svg [<!ENTITY ns \"http://www.w3.org/2000/svg\"><!ENTITY c \"url(#a)\">]>"
+            "<svg xmlns=\"&ns;\" fill=\"&c;\"/>")));
+        QCOMPARE(judge(document).outside, QStringList(QStringLiteral("value of fill")));
+    }
+
+    void aRootOfNoNameSpaceIsNamed()
+    {
+        QDomDocument document;
+        QVERIFY(document.setContent(QStringLiteral("<svg/>")));
+        QCOMPARE(judge(document).outside, QStringList(QStringLiteral("no name space")));
     }
 
     void whatMayMakeADifferenceIsNoted_data()
@@ -89,6 +131,8 @@ private Q_SLOTS:
         row("<g fill-opacity='1'/>", OpacityRule);
         row("<g fill='currentColor'/>", ColourRule);
         row("<g fill='rgb(1, 2,3)'/>", ColourRule);
+        row("<g fill='transparent'/>", ColourRule);
+        row("<g fill='inherit'/>", ColourRule);
         row("<g stroke='none'/>", 0);
         row("<g stroke='red'/>", MiterLimitRule);
         row("<g stroke-width='0'/>", HairlineRule);

@@ -119,8 +119,6 @@ private:
 
     void judgeTopLevel(const QDomNode& node)
     {
-        if (node.isDocumentType() && !node.toDocumentType().internalSubset().isEmpty())
-            note(QStringLiteral("declarations in the document type"));
         if (!node.isProcessingInstruction())
             return;
         const QDomProcessingInstruction instruction = node.toProcessingInstruction();
