@@ -105,7 +105,7 @@ template <typename Key>
 int priorityOf(Key key, const std::map<Key, int>& table)
 {
     const auto row = table.find(key);
-    return row == table.end() ? 0 : row->second; // GCOVR_EXCL_BR_LINE Qt 5 has no value without a row
+    return row == table.end() ? 0 : row->second; // GCOVR_EXCL_BR_LINE no button of a box has none
 }
 
 int buttonPriority(const QMessageBox& box, QAbstractButton* button)
