@@ -161,8 +161,8 @@ private Q_SLOTS:
         QTest::newRow("none") << QString();
         QTest::newRow("an XML declaration") << QStringLiteral("<?xml version='1.0'?>\n");
         QTest::newRow("a comment") << QStringLiteral("<!-- <g> & -->");
-        QTest::newRow("a document type") << QStringLiteral(
-            "<!DOCTYPE svg PUBLIC '-//W3C//DTD SVG 1.1//EN' 'svg11.dtd'>");
+        QTest::newRow("a document type")
+            << QStringLiteral("<!DOCTYPE svg PUBLIC '-//W3C//DTD SVG 1.1//EN' 'svg11.dtd'>");
         QTest::newRow("an XML declaration and a document type")
             << QStringLiteral("<?xml version='1.0'?><!DOCTYPE svg>");
         QTest::newRow("entities for namespaces")
@@ -180,7 +180,8 @@ private Q_SLOTS:
         QCOMPARE(allocations(), before);
         QVERIFY(!deep);
 
-        const QString unclear = QStringLiteral("<!DOCTYPE svg [<!ENTITY a '<g/>'>]>") + text.mid(prolog.size());
+        const QString unclear =
+            QStringLiteral("<!DOCTYPE svg [<!ENTITY a '<g/>'>]>") + text.mid(prolog.size());
         QVERIFY(!isNestedDeeperThan(2, unclear));
         QVERIFY(allocations() > before); // so reading is something that this can see
     }
