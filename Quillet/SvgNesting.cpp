@@ -80,7 +80,7 @@ int endOfPlainSubset(const QString& text, int index)
     return text.size();
 }
 
-/// The index of the ">" of the document type declaration that has begun before \a index.
+/// The index of the ">" of the document type declaration that begins at \a index.
 int endOfDocumentType(const QString& text, int index)
 {
     for (; index < text.size(); ++index) {
@@ -116,7 +116,7 @@ int endOfOtherMarkup(const QString& text, int index)
     if (startsWith("<![CDATA["))
         return endOf("<![CDATA[", "]]>");
     if (startsWith("<!DOCTYPE"))
-        return endOfDocumentType(text, index + 9);
+        return endOfDocumentType(text, index);
     return unclear;
 }
 

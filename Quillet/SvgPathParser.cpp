@@ -193,15 +193,15 @@ int truncated(double value)
 }
 
 /// The numbers of an arc command, the end point made absolute.
-struct Arc
+struct Arc // NOLINT(cppcoreguidelines-pro-type-member-init) it is only made of all its values
 {
     QPointF start;
     QPointF end;
-    double rx = 0;
-    double ry = 0;
-    double rotation = 0; ///< of the ellipse's x axis, in degrees
-    int largeArcFlag = 0;
-    int sweepFlag = 0;
+    double rx;
+    double ry;
+    double rotation; ///< of the ellipse's x axis, in degrees
+    int largeArcFlag;
+    int sweepFlag;
 };
 
 /// Appends an elliptical arc as cubic Bezier segments of at most about a quarter turn each.
@@ -489,16 +489,10 @@ void PathBuilder::smoothQuadTo(const double* group)
 
 void PathBuilder::arcTo(const double* group)
 {
-    Arc arc;
-    arc.start = m_currentPoint;
-    arc.end = point(group + 5);
-    arc.rx = group[0];
-    arc.ry = group[1];
-    arc.rotation = group[2];
-    arc.largeArcFlag = truncated(group[3]);
-    arc.sweepFlag = truncated(group[4]);
-    appendArc(m_path, arc);
-    m_currentPoint = arc.end;
+    const QPointF end = point(group + 5);
+    appendArc(m_path,
+              {m_currentPoint, end, group[0], group[1], group[2], truncated(group[3]), truncated(group[4])});
+    m_currentPoint = end;
 }
 
 void PathBuilder::closeSubpath(const double* /*group*/)
