@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Frame.h"
+
+#include <Quillet/PainterPathContainer.h>
+
+#include <QtGui/QImage>
+
+QT_BEGIN_NAMESPACE
+class QPainter;
+class QSvgRenderer;
+QT_END_NAMESPACE
+
+/// Paints what Qt's renderer makes of a document, in the coordinates of its frame.
+void paintWithQt(QPainter& painter, QSvgRenderer& renderer, const Frame& frame);
+
+/// What Qt's renderer draws, its longer side as long as \a size, on nothing.
+QImage drawWithQt(QSvgRenderer& renderer, const Frame& frame, int size);
+
+/// What the library draws of \a picture, whose coordinates are those of a drawing of \a frameSize.
+QImage drawWithLibrary(const Quillet::PainterPathContainer& picture, const QSizeF& frameSize, int size);
+
+/// How two pictures of the same size differ.
+struct Difference
+{
+    int worst = 0;       ///< the greatest difference of a channel, of 255
+    double share = 0;    ///< of the pixels that differ more than a line that is drawn a trifle elsewhere
+    bool isSmall() const;
+};
+
+/// A channel of a pixel may differ that much, of 255.
+constexpr int channel_tolerance = 32;
+
+/// That share of the pixels may differ more.
+constexpr double share_tolerance = 0.001;
+
+Difference compare(const QImage& one, const QImage& other);
+
+/// Where two pictures differ: black, brighter the more they do.
+QImage differencePicture(const QImage& one, const QImage& other);

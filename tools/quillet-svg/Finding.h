@@ -1,0 +1,21 @@
+#pragma once
+
+#include "XmlTree.h"
+
+#include <QtCore/QString>
+
+/// Something to say about a place in a document.
+struct Finding
+{
+    enum Weight {
+        Note,    ///< worth knowing; the drawing is right
+        Lost,    ///< the drawing is not what SVG says
+        Refused, ///< the reader stops here
+    };
+
+    Weight weight = Note;
+    Position position;
+    QString rule;    ///< short name, the same for all findings of its kind
+    QString message; ///< what was found
+    QString advice;  ///< what to do about it
+};

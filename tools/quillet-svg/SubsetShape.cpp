@@ -1,0 +1,280 @@
+#include "SubsetShape.h"
+
+#include <QtGui/QGradient>
+#include <QtGui/QPainterPathStroker>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// The colour that a brush has on average.
+QColor meanColor(const QBrush& brush)
+{
+    const QGradient* const gradient = brush.gradient();
+    if (!gradient || gradient->stops().isEmpty())
+        return brush.style() == Qt::TexturePattern ? QColor() : brush.color();
+
+    // Each stretch between two stops counts by its length, what lies outside of the stops not at all.
+    const QGradientStops stops = gradient->stops();
+    double sum[4] = {};
+    double length = 0;
+    for (int i = 0; i < stops.size(); ++i) {
+        const double before = i > 0 ? stops[i].first - stops[i - 1].first : 0;
+        const double after = i + 1 < stops.size() ? stops[i + 1].first - stops[i].first : 0;
+        const double weight = (before + after) / 2 + 1e-6;
+        const QColor color = stops[i].second;
+        const double alpha = color.alphaF();
+        sum[0] += weight * alpha * color.redF();
+        sum[1] += weight * alpha * color.greenF();
+        sum[2] += weight * alpha * color.blueF();
+        sum[3] += weight * alpha;
+        length += weight;
+    }
+    const auto channel = [](double value) { return std::clamp(value, 0.0, 1.0); };
+    if (sum[3] <= 0)
+        return QColor::fromRgbF(0, 0, 0, 0);
+    return QColor::fromRgbF(channel(sum[0] / sum[3]),
+                            channel(sum[1] / sum[3]),
+                            channel(sum[2] / sum[3]),
+                            channel(sum[3] / length));
+}
+
+/// The colour of \a brush under the opacity of the painter; invalid where nothing would be seen.
+QColor visibleColor(const QBrush& brush, double opacity)
+{
+    if (brush.style() == Qt::NoBrush)
+        return {};
+    QColor color = meanColor(brush);
+    if (!color.isValid())
+        return {};
+    color.setAlphaF(std::clamp(color.alphaF() * opacity, 0.0, 1.0));
+    return color.alpha() > 0 ? color : QColor();
+}
+
+/// The factor by which \a transform scales all lengths, or 0 if it does not scale all alike.
+double commonScale(const QTransform& transform)
+{
+    const double across = std::hypot(transform.m11(), transform.m12());
+    const double down = std::hypot(transform.m21(), transform.m22());
+    const double skew = transform.m11() * transform.m21() + transform.m12() * transform.m22();
+    const double most = std::max(across, down);
+    const bool same = std::abs(across - down) <= 1e-6 * most && std::abs(skew) <= 1e-6 * most * most;
+    return same ? across : 0;
+}
+
+QPainterPath outline(const QPainterPath& path, const QPen& pen, Qt::PenJoinStyle join, double miterLimit)
+{
+    QPainterPathStroker stroker;
+    stroker.setWidth(pen.widthF());
+    stroker.setCapStyle(pen.capStyle());
+    stroker.setJoinStyle(join);
+    stroker.setMiterLimit(miterLimit);
+    if (pen.style() != Qt::SolidLine) {
+        stroker.setDashPattern(pen.dashPattern());
+        stroker.setDashOffset(pen.dashOffset());
+    }
+    // A twentieth of the default: what is filled may be drawn much larger than it is here.
+    const QRectF box = path.controlPointRect();
+    stroker.setCurveThreshold(std::max({box.width(), box.height(), pen.widthF()}) / 4000);
+    return stroker.createStroke(path);
+}
+
+/// Finds a limit with which the reader's miters are those of \a pen, whose limit is measured in another way;
+/// 0 if there is none.
+double readersMiterLimit(const QPainterPath& path, const QPen& pen)
+{
+    const double limit = pen.miterLimit();
+    if (pen.joinStyle() == Qt::MiterJoin)
+        return limit;
+    const QPainterPath wanted = outline(path, pen, Qt::SvgMiterJoin, limit);
+    for (const double candidate : {4.0, limit, 2 * limit}) {
+        // The second comparison is for readers that measure as SVG does.
+        if (outline(path, pen, Qt::MiterJoin, candidate) == wanted
+            && outline(path, pen, Qt::SvgMiterJoin, candidate) == wanted)
+            return candidate;
+    }
+    return 0;
+}
+
+/// A pen in units of the drawing. Its width is 0 if the reader has none that draws the same.
+SubsetShape strokedShape(const QPainterPath& path, const QPen& pen, double scale)
+{
+    SubsetShape shape;
+    shape.width = 0;
+    if (pen.style() != Qt::SolidLine || scale <= 0)
+        return shape;
+    shape.cap = pen.capStyle();
+    shape.join = pen.joinStyle();
+    if (shape.join == Qt::SvgMiterJoin || shape.join == Qt::MiterJoin) {
+        shape.join = Qt::MiterJoin;
+        shape.miterLimit = readersMiterLimit(path, pen);
+        if (shape.miterLimit <= 0)
+            return shape;
+    }
+    shape.width = pen.widthF() * scale;
+    return shape;
+}
+
+const char* capName(Qt::PenCapStyle cap)
+{
+    return cap == Qt::RoundCap ? "round" : cap == Qt::SquareCap ? "square" : "butt";
+}
+
+const char* joinName(Qt::PenJoinStyle join)
+{
+    return join == Qt::RoundJoin ? "round" : join == Qt::BevelJoin ? "bevel" : "miter";
+}
+
+QString attribute(const char* name, const QString& value)
+{
+    return QStringLiteral(" %1=\"%2\"").arg(QLatin1String(name), value);
+}
+
+} // namespace
+
+QVector<SubsetShape> subsetShapes(const Painted& painted)
+{
+    QVector<SubsetShape> shapes;
+    if (painted.kind != Painted::Path)
+        return shapes;
+
+    const QPainterPath path = painted.transform.map(painted.path);
+    SubsetShape filled;
+    filled.path = path;
+    filled.fill = visibleColor(painted.brush, painted.opacity);
+
+    QColor strokeColor;
+    if (painted.pen.style() != Qt::NoPen)
+        strokeColor = visibleColor(painted.pen.brush(), painted.opacity);
+    if (!strokeColor.isValid()) {
+        if (filled.fill.isValid())
+            shapes.append(filled);
+        return shapes;
+    }
+
+    // The width of a cosmetic pen is not transformed, so neither may its outline be.
+    const bool isCosmetic = painted.pen.isCosmetic();
+    const QPainterPath& line = isCosmetic ? path : painted.path;
+    QPen pen = painted.pen;
+    if (pen.widthF() <= 0)
+        pen.setWidthF(1);
+    SubsetShape stroked = strokedShape(line, pen, isCosmetic ? 1 : commonScale(painted.transform));
+    if (stroked.width > 0) {
+        stroked.path = path;
+        stroked.fill = filled.fill;
+        stroked.stroke = strokeColor;
+        shapes.append(stroked);
+        return shapes;
+    }
+
+    if (filled.fill.isValid())
+        shapes.append(filled);
+    QPainterPath area = outline(line, pen, pen.joinStyle(), pen.miterLimit());
+    if (!isCosmetic)
+        area = painted.transform.map(area);
+    area.setFillRule(Qt::WindingFill);
+    SubsetShape outlined;
+    outlined.path = area;
+    outlined.fill = strokeColor;
+    shapes.append(outlined);
+    return shapes;
+}
+
+SubsetWriter::SubsetWriter(const QSizeF& size) : m_size(size)
+{
+    const double longer = std::max(size.width(), size.height());
+    m_decimals = std::clamp(5 - int(std::floor(std::log10(std::max(longer, 1e-6)))), 0, 9);
+}
+
+void SubsetWriter::add(const SubsetShape& shape)
+{
+    const QString data = pathData(shape.path);
+    if (data.isEmpty())
+        return;
+
+    QString attributes = attribute("d", data);
+    const auto addColor = [&](const char* name, const char* opacityName, const QColor& color) {
+        attributes += attribute(name, color.isValid() ? color.name() : QStringLiteral("none"));
+        if (color.isValid() && color.alpha() < 255)
+            attributes += attribute(opacityName, number(color.alphaF(), 4));
+    };
+    addColor("fill", "fill-opacity", shape.fill);
+    if (shape.fill.isValid()) {
+        const bool winding = shape.path.fillRule() == Qt::WindingFill;
+        attributes += attribute("fill-rule", winding ? QStringLiteral("nonzero") : QStringLiteral("evenodd"));
+    }
+    if (shape.stroke.isValid()) {
+        addColor("stroke", "stroke-opacity", shape.stroke);
+        attributes += attribute("stroke-width", number(shape.width, m_decimals + 1));
+        if (shape.cap != Qt::FlatCap)
+            attributes += attribute("stroke-linecap", QLatin1String(capName(shape.cap)));
+        if (shape.join != Qt::MiterJoin)
+            attributes += attribute("stroke-linejoin", QLatin1String(joinName(shape.join)));
+        else if (shape.miterLimit != 4)
+            attributes += attribute("stroke-miterlimit", number(shape.miterLimit, 4));
+    }
+    m_paths += QStringLiteral("  <path%1/>\n").arg(attributes);
+}
+
+QString SubsetWriter::document() const
+{
+    const QString width = number(m_size.width(), m_decimals);
+    const QString height = number(m_size.height(), m_decimals);
+    return QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%1\" height=\"%2\" "
+                          "viewBox=\"0 0 %1 %2\">\n")
+               .arg(width, height)
+           + m_paths + QStringLiteral("</svg>\n");
+}
+
+QString SubsetWriter::number(double value, int decimals) const
+{
+    QString text = QString::number(value, 'f', decimals);
+    if (text.contains(QLatin1Char('.'))) {
+        while (text.endsWith(QLatin1Char('0')))
+            text.chop(1);
+        if (text.endsWith(QLatin1Char('.')))
+            text.chop(1);
+    }
+    return text == QLatin1String("-0") ? QStringLiteral("0") : text;
+}
+
+QString SubsetWriter::pathData(const QPainterPath& path) const
+{
+    QString data;
+    QString start;
+    QString last;
+    bool isOpen = false; // something has been drawn since the last move
+    const auto point = [this](const QPainterPath::Element& element) {
+        return number(element.x, m_decimals) + QLatin1Char(' ') + number(element.y, m_decimals);
+    };
+    const auto close = [&] {
+        if (isOpen && last == start)
+            data += QLatin1Char('Z');
+        isOpen = false;
+    };
+
+    for (int i = 0; i < path.elementCount(); ++i) {
+        const QPainterPath::Element element = path.elementAt(i);
+        if (element.isMoveTo()) {
+            close();
+            if (i + 1 < path.elementCount() && !path.elementAt(i + 1).isMoveTo()) {
+                start = last = point(element);
+                data += QLatin1Char('M') + start;
+            }
+        } else if (element.isLineTo()) {
+            last = point(element);
+            data += QLatin1Char('L') + last;
+            isOpen = true;
+        } else {
+            data += QLatin1Char('C') + point(element);
+            for (int more = 0; more < 2 && i + 1 < path.elementCount(); ++more) {
+                last = point(path.elementAt(++i));
+                data += QLatin1Char(' ') + last;
+            }
+            isOpen = true;
+        }
+    }
+    close();
+    return data;
+}

@@ -1,0 +1,168 @@
+#include "XmlTree.h"
+
+#include <QtCore/QXmlStreamReader>
+
+namespace {
+
+/// Finds lines and columns of growing offsets in a text.
+class PositionFinder
+{
+public:
+    explicit PositionFinder(const QString& text) : m_text(text) {}
+
+    Position at(int offset)
+    {
+        for (; m_offset < offset && m_offset < m_text.size(); ++m_offset) {
+            if (m_text[m_offset] == QLatin1Char('\n'))
+                m_position = {m_position.line + 1, 1};
+            else
+                ++m_position.column;
+        }
+        return m_position;
+    }
+
+private:
+    const QString& m_text;
+    int m_offset = 0;
+    Position m_position;
+};
+
+/// Finds the names and values of a start tag's attributes in its text.
+class TagScanner
+{
+public:
+    TagScanner(const QString& text, int begin, int end) : m_text(text), m_next(begin), m_end(end) {}
+
+    struct Place
+    {
+        int name;
+        int nameEnd;
+        int value;
+        int valueEnd;
+    };
+
+    /// \return false behind the last attribute.
+    bool next(Place& place)
+    {
+        skipTo([](QChar c) { return !c.isSpace(); });
+        place.name = m_next;
+        skipTo([](QChar c) { return c.isSpace() || c == QLatin1Char('='); });
+        place.nameEnd = m_next;
+        skipTo([](QChar c) { return c == QLatin1Char('"') || c == QLatin1Char('\''); });
+        if (m_next >= m_end)
+            return false;
+        const QChar quote = m_text[m_next];
+        place.value = ++m_next;
+        skipTo([quote](QChar c) { return c == quote; });
+        place.valueEnd = m_next++;
+        return m_next <= m_end;
+    }
+
+private:
+    template <typename Condition>
+    void skipTo(Condition condition)
+    {
+        while (m_next < m_end && !condition(m_text[m_next]))
+            ++m_next;
+    }
+
+    const QString& m_text;
+    int m_next;
+    int m_end;
+};
+
+} // namespace
+
+QString XmlElement::attribute(const QString& attributeName) const
+{
+    const XmlAttribute* found = find(attributeName);
+    return found ? found->value : QString();
+}
+
+const XmlAttribute* XmlElement::find(const QString& attributeName) const
+{
+    for (const XmlAttribute& each : attributes) {
+        if (each.name == attributeName)
+            return &each;
+    }
+    return nullptr;
+}
+
+XmlTree::XmlTree(const QString& text)
+{
+    QXmlStreamReader reader(text);
+    reader.setNamespaceProcessing(false);
+    PositionFinder positions(text);
+    QVector<int> open;
+    int offset = 0; // behind the token before
+
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        const int begin = offset;
+        offset = int(reader.characterOffset());
+
+        if (token == QXmlStreamReader::StartElement) {
+            XmlElement element;
+            element.name = reader.qualifiedName().toString();
+            element.parent = open.isEmpty() ? -1 : open.last();
+            for (const QXmlStreamAttribute& each : reader.attributes()) {
+                XmlAttribute attribute;
+                attribute.name = each.qualifiedName().toString();
+                attribute.value = each.value().toString();
+                element.attributes.append(attribute);
+            }
+
+            // Inside an entity's text there is no tag at this place.
+            const QString start = QLatin1Char('<') + element.name;
+            const bool found = text.midRef(begin, start.size()) == start;
+            element.position = positions.at(found ? begin : offset);
+            TagScanner scanner(text, begin + start.size(), found ? offset : 0);
+            TagScanner::Place place{};
+            int index = 0;
+            while (index < element.attributes.size() && scanner.next(place)) {
+                XmlAttribute& attribute = element.attributes[index++];
+                if (text.midRef(place.name, place.nameEnd - place.name) != attribute.name)
+                    break;
+                attribute.namePosition = positions.at(place.name);
+                attribute.valuePosition = positions.at(place.value);
+                attribute.rawValue = text.mid(place.value, place.valueEnd - place.value);
+            }
+            for (XmlAttribute& attribute : element.attributes) {
+                if (attribute.rawValue.isNull())
+                    attribute.namePosition = attribute.valuePosition = element.position;
+            }
+            open.append(m_elements.size());
+            m_elements.append(element);
+        } else if (token == QXmlStreamReader::EndElement) {
+            m_elements[open.takeLast()].end = m_elements.size();
+        } else if (token == QXmlStreamReader::Characters && !open.isEmpty() && !reader.isWhitespace()) {
+            m_elements[open.last()].text += reader.text();
+        }
+    }
+    for (const int index : open)
+        m_elements[index].end = m_elements.size();
+    if (reader.hasError()) {
+        m_error = reader.errorString();
+        m_errorPosition = {int(reader.lineNumber()), int(reader.columnNumber()) + 1};
+    }
+}
+
+Position positionInValue(const XmlAttribute& attribute, int offset)
+{
+    // References make the text longer than the value; then the start is the best that is known.
+    if (attribute.rawValue.size() != attribute.value.size())
+        return attribute.valuePosition;
+    Position position = attribute.valuePosition;
+    for (int i = 0; i < offset && i < attribute.rawValue.size(); ++i) {
+        if (attribute.rawValue[i] == QLatin1Char('\n'))
+            position = {position.line + 1, 1};
+        else
+            ++position.column;
+    }
+    return position;
+}
+
+QString localName(const QString& name)
+{
+    return name.mid(name.lastIndexOf(QLatin1Char(':')) + 1);
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+/// A place in a text; both numbers count from 1, columns in UTF-16 units.
+struct Position
+{
+    int line = 1;
+    int column = 1;
+};
+
+struct XmlAttribute
+{
+    QString name; ///< as written, with its prefix
+    QString value;
+    Position namePosition;
+    Position valuePosition; ///< of the value's first character
+    QString rawValue;       ///< as written, with references; empty where the place is not known
+};
+
+struct XmlElement
+{
+    QString name; ///< as written, with its prefix
+    Position position;
+    int parent = -1; ///< index of the element around it
+    int end = -1;    ///< index behind the last element in it
+    QVector<XmlAttribute> attributes;
+    QString text; ///< the characters directly in it
+
+    /// The value, or an empty text.
+    QString attribute(const QString& attributeName) const;
+    const XmlAttribute* find(const QString& attributeName) const;
+};
+
+/// The elements of a document in their order, with the places where they and their attributes stand.
+class XmlTree
+{
+public:
+    /// Reads \a text. error() tells whether that went well.
+    explicit XmlTree(const QString& text);
+
+    const QVector<XmlElement>& elements() const { return m_elements; }
+
+    /// What is wrong with the XML; empty if nothing is.
+    const QString& error() const { return m_error; }
+    Position errorPosition() const { return m_errorPosition; }
+
+private:
+    QVector<XmlElement> m_elements;
+    QString m_error;
+    Position m_errorPosition;
+};
+
+/// The place of the character at \a offset in the value of \a attribute.
+Position positionInValue(const XmlAttribute& attribute, int offset);
+
+/// What stands behind the colon of a qualified name, or all of it.
+QString localName(const QString& name);
