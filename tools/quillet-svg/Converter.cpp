@@ -1,6 +1,7 @@
 #include "Converter.h"
 
 #include "Drawing.h"
+#include "Preparation.h"
 #include "Recorder.h"
 #include "SubsetShape.h"
 
@@ -28,7 +29,14 @@ Conversion convertSvg(const QString& text)
                              root.attribute(QStringLiteral("viewBox")),
                              root.attribute(QStringLiteral("preserveAspectRatio")));
 
-    QXmlStreamReader reader(text);
+    const Preparation prepared = prepareForQt(tree);
+    result.losses = prepared.findings;
+    if (!prepared.error.isEmpty()) {
+        result.error = prepared.error;
+        result.errorPosition = prepared.errorPosition;
+        return result;
+    }
+    QXmlStreamReader reader(prepared.text);
     QSvgRenderer renderer;
     if (!renderer.load(&reader)) {
         result.error = QStringLiteral("Qt's SVG renderer cannot read it");

@@ -7,34 +7,6 @@
 
 namespace {
 
-/// The length in pixels, or 0 if \a text is no absolute length above 0.
-double absoluteLength(const QString& text)
-{
-    struct Unit
-    {
-        const char* name;
-        double pixels;
-    };
-    static constexpr Unit units[] = {{"px", 1},
-                                     {"pt", 96.0 / 72},
-                                     {"pc", 16},
-                                     {"mm", 96 / 25.4},
-                                     {"cm", 96 / 2.54},
-                                     {"in", 96}};
-    QString number = text.trimmed();
-    double pixels = 1;
-    for (const Unit& unit : units) {
-        if (number.endsWith(QLatin1String(unit.name), Qt::CaseInsensitive)) {
-            number.chop(2);
-            pixels = unit.pixels;
-            break;
-        }
-    }
-    bool ok = false;
-    const double value = number.toDouble(&ok) * pixels;
-    return ok && std::isfinite(value) && value > 0 ? value : 0;
-}
-
 QRectF readViewBox(const QString& text)
 {
     static const QRegularExpression separators(QStringLiteral("[\\s,]+"));
@@ -76,6 +48,33 @@ QRectF place(const QRectF& box, const QSizeF& size, const QString& aspectRatio)
 }
 
 } // namespace
+
+double absoluteLength(const QString& text)
+{
+    struct Unit
+    {
+        const char* name;
+        double pixels;
+    };
+    static constexpr Unit units[] = {{"px", 1},
+                                     {"pt", 96.0 / 72},
+                                     {"pc", 16},
+                                     {"mm", 96 / 25.4},
+                                     {"cm", 96 / 2.54},
+                                     {"in", 96}};
+    QString number = text.trimmed();
+    double pixels = 1;
+    for (const Unit& unit : units) {
+        if (number.endsWith(QLatin1String(unit.name), Qt::CaseInsensitive)) {
+            number.chop(2);
+            pixels = unit.pixels;
+            break;
+        }
+    }
+    bool ok = false;
+    const double value = number.toDouble(&ok) * pixels;
+    return ok && std::isfinite(value) ? value : 0;
+}
 
 bool Frame::isIdentity() const
 {

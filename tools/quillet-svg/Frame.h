@@ -15,8 +15,11 @@ struct Frame
     bool isIdentity() const;
 };
 
-/// Reads the frame from the root's attributes. Lengths that depend on what is around the drawing, such as
-/// "100%" or "1em", count as none; the view box then gives the size (SVG 1.1, 7.2 to 7.8).
+/// The length in pixels, or 0 if \a text is no absolute length: "100%" and "1em" are none.
+double absoluteLength(const QString& text);
+
+/// Reads the frame from the root's attributes. Where no absolute length is given, the view box gives the size
+/// (SVG 1.1, 7.2 to 7.8).
 Frame readFrame(const QString& width,
                 const QString& height,
                 const QString& viewBox,

@@ -116,6 +116,30 @@ SubsetShape strokedShape(const QPainterPath& path, const QPen& pen, double scale
     return shape;
 }
 
+/// What the caps of lines without length draw, which Qt leaves out.
+QPainterPath dots(const QPainterPath& path, const QPen& pen)
+{
+    QPainterPath result;
+    result.setFillRule(Qt::WindingFill);
+    const double width = pen.widthF();
+    int i = 0;
+    while (i < path.elementCount()) {
+        const QPointF start = path.elementAt(i);
+        const int first = i++;
+        bool isDot = true;
+        for (; i < path.elementCount() && !path.elementAt(i).isMoveTo(); ++i)
+            isDot = isDot && QPointF(path.elementAt(i)) == start;
+        const QRectF box(start - QPointF(width, width) / 2, QSizeF(width, width));
+        if (!isDot || i - first < 2)
+            continue;
+        if (pen.capStyle() == Qt::RoundCap)
+            result.addEllipse(box);
+        else if (pen.capStyle() == Qt::SquareCap)
+            result.addRect(box);
+    }
+    return result;
+}
+
 const char* capName(Qt::PenCapStyle cap)
 {
     return cap == Qt::RoundCap ? "round" : cap == Qt::SquareCap ? "square" : "butt";
@@ -159,28 +183,29 @@ QVector<SubsetShape> subsetShapes(const Painted& painted)
     QPen pen = painted.pen;
     if (pen.widthF() <= 0)
         pen.setWidthF(1);
+    const auto appendArea = [&](const QPainterPath& area) {
+        SubsetShape shape;
+        shape.path = isCosmetic ? area : painted.transform.map(area);
+        shape.path.setFillRule(Qt::WindingFill);
+        shape.fill = strokeColor;
+        shapes.append(shape);
+    };
     SubsetShape stroked = strokedShape(line, pen, isCosmetic ? 1 : commonScale(painted.transform));
     if (stroked.width > 0) {
         stroked.path = path;
         stroked.fill = filled.fill;
         stroked.stroke = strokeColor;
         shapes.append(stroked);
-        return shapes;
+    } else {
+        if (filled.fill.isValid())
+            shapes.append(filled);
+        appendArea(outline(line, pen, pen.joinStyle(), pen.miterLimit()));
     }
-
-    if (filled.fill.isValid())
-        shapes.append(filled);
-    QPainterPath area = outline(line, pen, pen.joinStyle(), pen.miterLimit());
-    if (!isCosmetic)
-        area = painted.transform.map(area);
-    area.setFillRule(Qt::WindingFill);
-    SubsetShape outlined;
-    outlined.path = area;
-    outlined.fill = strokeColor;
-    shapes.append(outlined);
+    const QPainterPath points = dots(line, pen);
+    if (!points.isEmpty())
+        appendArea(points);
     return shapes;
 }
-
 SubsetWriter::SubsetWriter(const QSizeF& size) : m_size(size)
 {
     const double longer = std::max(size.width(), size.height());

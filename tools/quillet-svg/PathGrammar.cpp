@@ -1,0 +1,214 @@
+#include "PathGrammar.h"
+
+namespace {
+
+bool isSpace(QChar c)
+{
+    return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r')
+           || c == QLatin1Char('\f');
+}
+
+bool isDigit(QChar c)
+{
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
+
+/// How many numbers a command needs; -1 if there is no such command.
+int numbersOf(QChar command)
+{
+    switch (command.toUpper().unicode()) {
+    case 'Z':
+        return 0;
+    case 'H':
+    case 'V':
+        return 1;
+    case 'M':
+    case 'L':
+    case 'T':
+        return 2;
+    case 'S':
+    case 'Q':
+        return 4;
+    case 'C':
+        return 6;
+    case 'A':
+        return 7;
+    default:
+        return -1;
+    }
+}
+
+class Scanner
+{
+public:
+    explicit Scanner(const QString& text) : m_text(text) {}
+
+    int position() const { return m_position; }
+    bool atEnd() const { return m_position == m_text.size(); }
+    QChar current() const { return atEnd() ? QChar() : m_text[m_position]; }
+    void step() { ++m_position; }
+    void back(int position) { m_position = position; }
+
+    void skipSpaces()
+    {
+        while (isSpace(current()))
+            step();
+    }
+
+    /// \return whether there was a comma.
+    bool skipCommaAndSpaces()
+    {
+        skipSpaces();
+        if (current() != QLatin1Char(','))
+            return false;
+        step();
+        skipSpaces();
+        return true;
+    }
+
+    /// The number at the position; empty, and the position as it was, if there is none.
+    QString number()
+    {
+        const int start = m_position;
+        if (current() == QLatin1Char('+') || current() == QLatin1Char('-'))
+            step();
+        int digits = skipDigits();
+        if (current() == QLatin1Char('.')) {
+            step();
+            digits += skipDigits();
+        }
+        if (digits == 0) {
+            back(start);
+            return {};
+        }
+        skipExponent();
+        return m_text.mid(start, m_position - start);
+    }
+
+    QString flag()
+    {
+        if (current() != QLatin1Char('0') && current() != QLatin1Char('1'))
+            return {};
+        const QString result = current();
+        step();
+        return result;
+    }
+
+private:
+    int skipDigits()
+    {
+        const int start = m_position;
+        while (isDigit(current()))
+            step();
+        return m_position - start;
+    }
+
+    void skipExponent()
+    {
+        const int start = m_position;
+        if (current() != QLatin1Char('e') && current() != QLatin1Char('E'))
+            return;
+        step();
+        if (current() == QLatin1Char('+') || current() == QLatin1Char('-'))
+            step();
+        if (skipDigits() == 0)
+            back(start);
+    }
+
+    const QString& m_text;
+    int m_position = 0;
+};
+
+bool isFlag(QChar command, int index)
+{
+    return command.toUpper() == QLatin1Char('A') && (index == 3 || index == 4);
+}
+
+/// Reads the numbers of one segment.
+/// \return false where one is missing.
+bool readNumbers(Scanner& scanner, PathSegment& segment, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        if (i > 0)
+            scanner.skipCommaAndSpaces();
+        const bool flag = isFlag(segment.command, i);
+        const QString number = flag ? scanner.flag() : scanner.number();
+        if (number.isEmpty())
+            return false;
+        const QChar next = scanner.current();
+        if (flag && (isDigit(next) || next == QLatin1Char('.')))
+            segment.hasJoinedFlags = true;
+        segment.numbers.append(number);
+    }
+    return true;
+}
+
+} // namespace
+
+PathReading readPathData(const QString& data)
+{
+    PathReading reading;
+    Scanner scanner(data);
+    const auto fail = [&](const QString& why) {
+        reading.errorOffset = scanner.position();
+        reading.error = why;
+    };
+
+    scanner.skipSpaces();
+    while (!scanner.atEnd()) {
+        PathSegment segment;
+        segment.command = scanner.current();
+        segment.offset = scanner.position();
+        const int count = numbersOf(segment.command);
+        if (count < 0) {
+            fail(QStringLiteral("“%1” stands where a command must").arg(segment.command));
+            return reading;
+        }
+        if (reading.segments.isEmpty() && segment.command.toUpper() != QLatin1Char('M')) {
+            fail(QStringLiteral("the path does not begin with a move"));
+            return reading;
+        }
+        scanner.step();
+        scanner.skipSpaces();
+
+        bool goesOn = true;
+        while (goesOn) {
+            if (!readNumbers(scanner, segment, count)) {
+                fail(QStringLiteral("the command %1 lacks a number").arg(segment.command));
+                return reading;
+            }
+            reading.segments.append(segment);
+            const bool comma = count > 0 && scanner.skipCommaAndSpaces();
+            scanner.skipSpaces();
+            if (segment.command == QLatin1Char('M'))
+                segment.command = QLatin1Char('L');
+            else if (segment.command == QLatin1Char('m'))
+                segment.command = QLatin1Char('l');
+            segment.numbers.clear();
+            segment.hasJoinedFlags = false;
+            segment.offset = scanner.position();
+            const QChar next = scanner.current();
+            goesOn = count > 0
+                     && (comma || isDigit(next) || next == QLatin1Char('.') || next == QLatin1Char('-')
+                         || next == QLatin1Char('+'));
+        }
+    }
+    return reading;
+}
+
+QString spelledOut(const PathReading& reading, int segmentCount)
+{
+    QString result;
+    for (int i = 0; i < segmentCount; ++i) {
+        const PathSegment& segment = reading.segments[i];
+        QChar command = segment.command;
+        QStringList numbers = segment.numbers;
+        const bool isArc = command.toUpper() == QLatin1Char('A');
+        if (isArc && (numbers[0].toDouble() == 0 || numbers[1].toDouble() == 0)) {
+            command = command.isLower() ? QLatin1Char('l') : QLatin1Char('L');
+            numbers = numbers.mid(5);
+        }
+        result += command + numbers.join(QLatin1Char(' ')) + QLatin1Char(' ');
+    }
+    return result;
+}

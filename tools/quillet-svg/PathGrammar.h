@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+/// One segment of path data.
+struct PathSegment
+{
+    QChar command;       ///< of a line behind the first pair of a move: L or l
+    QStringList numbers; ///< as written
+    int offset = 0;      ///< of the command, or of the first number where the command is not repeated
+    bool hasJoinedFlags = false; ///< an arc whose flags stand against what follows them
+};
+
+/// Path data as the grammar of SVG 1.1, 8.3.9, reads it.
+struct PathReading
+{
+    QVector<PathSegment> segments; ///< up to the error, if there is one
+    int errorOffset = -1;          ///< -1: none
+    QString error;
+};
+
+PathReading readPathData(const QString& data);
+
+/// The same path with every command and number apart. Arcs whose radius is zero become the lines that they
+/// are (SVG 1.1, F.6.2).
+QString spelledOut(const PathReading& reading, int segmentCount);

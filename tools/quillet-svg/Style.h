@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QVector>
+#include <QtGui/QColor>
+
+/// A property of a style attribute.
+struct Declaration
+{
+    QString property; ///< in lower case
+    QString value;
+};
+
+/// The declarations of the style attribute \a text, without comments and "!important".
+QVector<Declaration> readStyle(const QString& text);
+
+/// The colour that \a text names (SVG 1.1, 4.2, and what CSS has besides: "rgba()", "hsl()", "hsla()",
+/// "#rrggbbaa", "#rgba"); invalid if it names none.
+QColor readColor(const QString& text);
+
+/// The identifier in "url(#identifier)", with or without something behind it; empty if it is none.
+QString referenceIn(const QString& value);
