@@ -309,6 +309,9 @@ private:
               + readStyle(now.attribute(QStringLiteral("style")));
         QVector<Declaration> last;
         for (const Declaration& each : all) {
+            // Properties since SVG 2 only; in SVG 1.1 these are attributes.
+            if (isOneOf(each.property, {"x", "y", "cx", "cy", "r", "rx", "ry", "width", "height", "d"}))
+                continue;
             const auto same = std::find_if(last.begin(), last.end(), [&](const Declaration& one) {
                 return one.property == each.property;
             });
@@ -511,15 +514,34 @@ private:
 
     static void rewritePath(QString& data)
     {
-        const PathReading reading = readPathData(data);
-        const bool flat = std::any_of(
-            reading.segments.begin(), reading.segments.end(), [](const PathSegment& segment) {
-                return segment.command.toUpper() == QLatin1Char('A')
-                       && (segment.numbers[0].toDouble() == 0 || segment.numbers[1].toDouble() == 0);
-            });
+        PathReading reading = readPathData(data);
+        QVector<PathSegment>& segments = reading.segments;
+        bool changes = std::any_of(segments.begin(), segments.end(), [](const PathSegment& segment) {
+            return segment.command.toUpper() == QLatin1Char('A')
+                   && (segment.numbers[0].toDouble() == 0 || segment.numbers[1].toDouble() == 0);
+        });
+        // A line without length has caps, but Qt leaves it out. Made this long, it is still not seen.
+        for (int i = segments.size() - 2; i >= 0; --i) {
+            if (segments[i].command.toUpper() == QLatin1Char('M') && isPoint(segments[i], segments[i + 1])) {
+                segments.insert(i + 1, {QLatin1Char('h'), {QStringLiteral("0.01")}, 0, false});
+                changes = true;
+            }
+        }
         // An error ends the path where it stands (SVG 1.1, F.2).
-        if (flat || reading.errorOffset >= 0)
-            data = spelledOut(reading, reading.segments.size());
+        if (changes || reading.errorOffset >= 0)
+            data = spelledOut(reading, segments.size());
+    }
+
+    /// Whether \a segment, which stands behind the move \a move, leads nowhere.
+    static bool isPoint(const PathSegment& move, const PathSegment& segment)
+    {
+        const auto isZero = [](const QString& number) { return number.toDouble() == 0; };
+        const QChar command = segment.command;
+        if (command == QLatin1Char('l') || command == QLatin1Char('h') || command == QLatin1Char('v'))
+            return std::all_of(segment.numbers.begin(), segment.numbers.end(), isZero);
+        if (command == QLatin1Char('L'))
+            return move.command == QLatin1Char('M') && move.numbers == segment.numbers;
+        return command.toUpper() == QLatin1Char('Z');
     }
 
     const XmlTree& m_tree;

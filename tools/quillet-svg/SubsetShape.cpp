@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr double outline_size = 2000; ///< of a path while its stroke is made an outline
+
 /// The colour that a brush has on average.
 QColor meanColor(const QBrush& brush)
 {
@@ -65,8 +67,13 @@ double commonScale(const QTransform& transform)
 
 QPainterPath outline(const QPainterPath& path, const QPen& pen, Qt::PenJoinStyle join, double miterLimit)
 {
+    // Qt makes curves of dashes straight, and outlines of curves only nearly parallel, as exact as need be for
+    // pixels. So the path is made as large as it will be seen.
+    const QRectF box = path.controlPointRect();
+    const double scale = outline_size / std::max({box.width(), box.height(), pen.widthF(), 1e-6});
+
     QPainterPathStroker stroker;
-    stroker.setWidth(pen.widthF());
+    stroker.setWidth(pen.widthF() * scale);
     stroker.setCapStyle(pen.capStyle());
     stroker.setJoinStyle(join);
     stroker.setMiterLimit(miterLimit);
@@ -74,10 +81,8 @@ QPainterPath outline(const QPainterPath& path, const QPen& pen, Qt::PenJoinStyle
         stroker.setDashPattern(pen.dashPattern());
         stroker.setDashOffset(pen.dashOffset());
     }
-    // A twentieth of the default: what is filled may be drawn much larger than it is here.
-    const QRectF box = path.controlPointRect();
-    stroker.setCurveThreshold(std::max({box.width(), box.height(), pen.widthF()}) / 4000);
-    return stroker.createStroke(path);
+    const QPainterPath large = stroker.createStroke(QTransform::fromScale(scale, scale).map(path));
+    return QTransform::fromScale(1 / scale, 1 / scale).map(large);
 }
 
 /// Finds a limit with which the reader's miters are those of \a pen, whose limit is measured in another way;
@@ -114,30 +119,6 @@ SubsetShape strokedShape(const QPainterPath& path, const QPen& pen, double scale
     }
     shape.width = pen.widthF() * scale;
     return shape;
-}
-
-/// What the caps of lines without length draw, which Qt leaves out.
-QPainterPath dots(const QPainterPath& path, const QPen& pen)
-{
-    QPainterPath result;
-    result.setFillRule(Qt::WindingFill);
-    const double width = pen.widthF();
-    int i = 0;
-    while (i < path.elementCount()) {
-        const QPointF start = path.elementAt(i);
-        const int first = i++;
-        bool isDot = true;
-        for (; i < path.elementCount() && !path.elementAt(i).isMoveTo(); ++i)
-            isDot = isDot && QPointF(path.elementAt(i)) == start;
-        const QRectF box(start - QPointF(width, width) / 2, QSizeF(width, width));
-        if (!isDot || i - first < 2)
-            continue;
-        if (pen.capStyle() == Qt::RoundCap)
-            result.addEllipse(box);
-        else if (pen.capStyle() == Qt::SquareCap)
-            result.addRect(box);
-    }
-    return result;
 }
 
 const char* capName(Qt::PenCapStyle cap)
@@ -183,13 +164,6 @@ QVector<SubsetShape> subsetShapes(const Painted& painted)
     QPen pen = painted.pen;
     if (pen.widthF() <= 0)
         pen.setWidthF(1);
-    const auto appendArea = [&](const QPainterPath& area) {
-        SubsetShape shape;
-        shape.path = isCosmetic ? area : painted.transform.map(area);
-        shape.path.setFillRule(Qt::WindingFill);
-        shape.fill = strokeColor;
-        shapes.append(shape);
-    };
     SubsetShape stroked = strokedShape(line, pen, isCosmetic ? 1 : commonScale(painted.transform));
     if (stroked.width > 0) {
         stroked.path = path;
@@ -199,13 +173,16 @@ QVector<SubsetShape> subsetShapes(const Painted& painted)
     } else {
         if (filled.fill.isValid())
             shapes.append(filled);
-        appendArea(outline(line, pen, pen.joinStyle(), pen.miterLimit()));
+        const QPainterPath area = outline(line, pen, pen.joinStyle(), pen.miterLimit());
+        SubsetShape outlined;
+        outlined.path = isCosmetic ? area : painted.transform.map(area);
+        outlined.path.setFillRule(Qt::WindingFill);
+        outlined.fill = strokeColor;
+        shapes.append(outlined);
     }
-    const QPainterPath points = dots(line, pen);
-    if (!points.isEmpty())
-        appendArea(points);
     return shapes;
 }
+
 SubsetWriter::SubsetWriter(const QSizeF& size) : m_size(size)
 {
     const double longer = std::max(size.width(), size.height());
