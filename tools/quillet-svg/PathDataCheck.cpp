@@ -71,6 +71,28 @@ int refusedSegment(const PathReading& reading, const QString& data)
     });
 }
 
+bool isArc(const PathSegment& segment)
+{
+    return segment.command.toUpper() == QLatin1Char('A');
+}
+
+/// An arc that is a line.
+bool isFlat(const PathSegment& segment)
+{
+    return isArc(segment) && (segment.numbers[0].toDouble() == 0 || segment.numbers[1].toDouble() == 0);
+}
+
+/// The first segment that the reader never takes as SVG says, or \a otherwise if there is none. What comes of
+/// it may show earlier: two moves with nothing between them become one.
+int culprit(const PathReading& reading, int otherwise)
+{
+    for (int i = 0; i < reading.segments.size(); ++i) {
+        if (reading.segments[i].hasJoinedFlags || isFlat(reading.segments[i]))
+            return i;
+    }
+    return otherwise;
+}
+
 QString apart()
 {
     return QStringLiteral("write the flags apart, as in “a5 5 0 1 1 10 0”, or run “quillet-svg convert”");
@@ -95,12 +117,11 @@ Finding describe(const XmlAttribute& attribute, const PathReading& reading, int 
     }
 
     const PathSegment& segment = reading.segments[index];
-    const bool isArc = segment.command.toUpper() == QLatin1Char('A');
-    if (isArc && segment.hasJoinedFlags) {
+    if (segment.hasJoinedFlags) {
         finding.rule = QStringLiteral("arc-flags");
         finding.message = QStringLiteral("the flags of an arc are not apart; %1").arg(reads);
         finding.advice = apart();
-    } else if (isArc && (segment.numbers[0].toDouble() == 0 || segment.numbers[1].toDouble() == 0)) {
+    } else if (isFlat(segment)) {
         finding.rule = QStringLiteral("arc-radius");
         finding.message = QStringLiteral("an arc with a radius of 0 is a line; the reader draws nothing");
         finding.advice = QStringLiteral("write a line, or run “quillet-svg convert”");
@@ -121,26 +142,21 @@ QVector<Finding> checkPathData(const XmlAttribute& attribute)
     const PathReading reading = readPathData(data);
     const auto asRead = readByTheLibrary(data);
     if (!asRead) {
-        // Arcs with joined flags may leave numbers over, which are refused only further on.
-        int index = refusedSegment(reading, data);
-        for (int i = 0; i < qMin(index, reading.segments.size()); ++i) {
-            if (reading.segments[i].hasJoinedFlags)
-                index = i;
-        }
-        return {describe(attribute, reading, index, Finding::Refused)};
+        return {describe(attribute, reading, refusedSegment(reading, data), Finding::Refused)};
     }
 
     QVector<Finding> findings;
     const auto asMeant = readByTheLibrary(spelledOut(reading, reading.segments.size()));
     const int element = asMeant ? firstDifference(*asRead, *asMeant) : -1;
-    if (element >= 0)
-        findings.append(describe(attribute, reading, segmentOfElement(reading, element), Finding::Lost));
-    else if (reading.errorOffset >= 0)
-        findings.append(describe(attribute, reading, reading.segments.size(), Finding::Lost));
-    if (element < 0 && reading.errorOffset >= 0) {
-        findings.last().weight = Finding::Note;
-        findings.last().message = QStringLiteral("path data is wrong: %1; the reader draws what stands before it")
-                                      .arg(reading.error);
+    if (element >= 0) {
+        const int segment = culprit(reading, segmentOfElement(reading, element));
+        findings.append(describe(attribute, reading, segment, Finding::Lost));
+    } else if (reading.errorOffset >= 0) {
+        Finding finding = describe(attribute, reading, reading.segments.size(), Finding::Note);
+        finding.message = QStringLiteral("path data is wrong: %1; the reader draws what stands before it, as it "
+                                         "should")
+                              .arg(reading.error);
+        findings.append(finding);
     }
     return findings;
 }

@@ -138,6 +138,13 @@ QString attribute(const char* name, const QString& value)
 
 } // namespace
 
+bool hasSameMiters(const QPainterPath& path, const QPen& pen)
+{
+    return pen.joinStyle() != Qt::MiterJoin
+           || outline(path, pen, Qt::MiterJoin, pen.miterLimit())
+                  == outline(path, pen, Qt::SvgMiterJoin, pen.miterLimit());
+}
+
 QVector<SubsetShape> subsetShapes(const Painted& painted)
 {
     QVector<SubsetShape> shapes;

@@ -24,6 +24,10 @@ struct SubsetShape
 /// squeezes, a miter that the reader's limit would cut otherwise. A gradient becomes its mean colour.
 QVector<SubsetShape> subsetShapes(const Painted& painted);
 
+/// Whether the miters that Qt::MiterJoin draws for a pen are those of SVG, which measures their limit in
+/// another way.
+bool hasSameMiters(const QPainterPath& path, const QPen& pen);
+
 /// Writes a document that holds nothing but paths.
 ///
 /// Coordinates are written with so many digits that none is more than a 200,000th of the longer side away

@@ -94,12 +94,10 @@ XmlTree::XmlTree(const QString& text)
     reader.setNamespaceProcessing(false);
     PositionFinder positions(text);
     QVector<int> open;
-    int offset = 0; // behind the token before
 
     while (!reader.atEnd()) {
         const QXmlStreamReader::TokenType token = reader.readNext();
-        const int begin = offset;
-        offset = int(reader.characterOffset());
+        const int offset = int(reader.characterOffset()); // behind the token
 
         if (token == QXmlStreamReader::StartElement) {
             XmlElement element;
@@ -112,8 +110,9 @@ XmlTree::XmlTree(const QString& text)
                 element.attributes.append(attribute);
             }
 
-            // Inside an entity's text there is no tag at this place.
+            // No "<" stands in a tag. Where there is another one, the tag comes out of an entity's text.
             const QString start = QLatin1Char('<') + element.name;
+            const int begin = text.lastIndexOf(QLatin1Char('<'), offset - 1);
             const bool found = text.midRef(begin, start.size()) == start;
             element.position = positions.at(found ? begin : offset);
             TagScanner scanner(text, begin + start.size(), found ? offset : 0);

@@ -1,0 +1,298 @@
+#include "Checker.h"
+
+#include "AttributeRules.h"
+#include "Frame.h"
+#include "PathDataCheck.h"
+#include "PresentationCheck.h"
+#include "Style.h"
+
+#include <Quillet/PainterPathContainer.h>
+#include <Quillet/SvgFileParser.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int deepest_nesting = 2000;
+
+class Checker
+{
+public:
+    Checker(const XmlTree& tree, const Quillet::PainterPathContainer& picture)
+        : m_elements(tree.elements()), m_picture(picture)
+    {
+    }
+
+    QVector<Finding> check()
+    {
+        if (!checkRoot())
+            return m_findings;
+        checkElement(0, Presentation());
+        return m_findings;
+    }
+
+private:
+    void say(Finding::Weight weight,
+             const Position& position,
+             const QString& rule,
+             const QString& message,
+             const QString& advice)
+    {
+        m_findings.append({weight, position, rule, message, advice});
+    }
+
+    bool checkRoot()
+    {
+        const XmlElement& root = m_elements.first();
+        if (root.name != QLatin1String("svg")) {
+            say(Finding::Refused,
+                root.position,
+                QStringLiteral("root"),
+                QStringLiteral("the root is <%1>; the reader takes <svg> only").arg(root.name),
+                QStringLiteral("rename it, with its namespace as “xmlns”"));
+            return false;
+        }
+        QVector<int> depth(m_elements.size(), 1);
+        for (int i = 1; i < m_elements.size(); ++i) {
+            depth[i] = depth[m_elements[i].parent] + 1;
+            if (depth[i] > deepest_nesting) {
+                say(Finding::Refused,
+                    m_elements[i].position,
+                    QStringLiteral("depth"),
+                    QStringLiteral("elements are nested more than 2000 deep"),
+                    QStringLiteral("take groups out that hold one group only"));
+                return false;
+            }
+        }
+        checkFrame(root);
+        return true;
+    }
+
+    void checkFrame(const XmlElement& root)
+    {
+        const Frame frame = readFrame(root.attribute(QStringLiteral("width")),
+                                      root.attribute(QStringLiteral("height")),
+                                      root.attribute(QStringLiteral("viewBox")),
+                                      root.attribute(QStringLiteral("preserveAspectRatio")));
+        if (frame.isIdentity())
+            return;
+        say(Finding::Lost,
+            root.find(QStringLiteral("viewBox"))->namePosition,
+            QStringLiteral("view-box"),
+            QStringLiteral("the view box moves or scales the drawing; the reader does not follow it"),
+            QStringLiteral("set a transform when you draw, or run “quillet-svg convert”"));
+    }
+
+    /// Checks an element that the reader reads, and what is in it.
+    /// \return false where the reader stops.
+    bool checkElement(int root, const Presentation& rootPresentation)
+    {
+        struct Group
+        {
+            int next;
+            int end;
+            Presentation presentation;
+        };
+        QVector<Group> groups;
+        const auto enter = [&](int i, const Presentation& around) {
+            checkGroup(m_elements[i]);
+            groups.append({i + 1, m_elements[i].end, inherit(around, m_elements[i])});
+        };
+        enter(root, rootPresentation);
+        while (!groups.isEmpty()) {
+            Group& group = groups.last();
+            if (group.next >= group.end) {
+                groups.removeLast();
+                continue;
+            }
+            const int i = group.next;
+            group.next = m_elements[i].end;
+            const QString tag = m_elements[i].name.toLower();
+            if (tag == QLatin1String("g")) {
+                const Presentation around = group.presentation;
+                enter(i, around);
+            } else if (tag == QLatin1String("path")) {
+                if (!checkPath(i, group.presentation))
+                    return false;
+            } else {
+                checkIgnored(m_elements[i]);
+            }
+        }
+        return true;
+    }
+
+    void checkGroup(const XmlElement& group)
+    {
+        for (const QString& name : readAttributes()) {
+            const XmlAttribute* attribute = group.find(name);
+            if (!attribute || !isRefused(name, attribute->value))
+                continue;
+            QStringList unread;
+            for (int i = readAttributes().indexOf(name) + 1; i < readAttributes().size(); ++i) {
+                if (group.find(readAttributes()[i]))
+                    unread.append(readAttributes()[i]);
+            }
+            QString message = QStringLiteral("“%1” is no value that the reader takes for “%2”")
+                                  .arg(attribute->value, name);
+            if (name == QLatin1String("opacity"))
+                message += QStringLiteral("; it counts as 0");
+            if (!unread.isEmpty())
+                message += QStringLiteral("; because of it, these are not read: ") + unread.join(QStringLiteral(", "));
+            say(Finding::Lost, attribute->valuePosition, QStringLiteral("group-value"), message, refusalOf(name));
+            break;
+        }
+        checkAttributes(group);
+    }
+
+    bool checkPath(int i, const Presentation& around)
+    {
+        const XmlElement& path = m_elements[i];
+        if (const XmlAttribute* data = path.find(QStringLiteral("d"))) {
+            const QVector<Finding> findings = checkPathData(*data);
+            m_findings += findings;
+            if (std::any_of(findings.begin(), findings.end(), [](const Finding& each) {
+                    return each.weight == Finding::Refused;
+                }))
+                return false;
+        }
+        for (const QString& name : readAttributes()) {
+            const XmlAttribute* attribute = path.find(name);
+            if (attribute && isRefused(name, attribute->value)) {
+                say(Finding::Refused,
+                    attribute->valuePosition,
+                    QStringLiteral("value"),
+                    QStringLiteral("“%1” is no value that the reader takes for “%2”; it refuses the rest of "
+                                   "the document")
+                        .arg(attribute->value, name),
+                    refusalOf(name));
+                return false;
+            }
+        }
+        checkAttributes(path);
+        for (int child = i + 1; child < path.end; child = m_elements[child].end)
+            checkIgnored(m_elements[child]);
+        if (m_shape < m_picture.getPaths().size())
+            m_findings += checkPresentation(path, inherit(around, path), *m_picture.getPaths()[m_shape]);
+        ++m_shape;
+        return true;
+    }
+
+    void checkAttributes(const XmlElement& element)
+    {
+        for (const XmlAttribute& each : element.attributes) {
+            if (each.name == QLatin1String("fill") || each.name == QLatin1String("stroke"))
+                m_findings += checkColor(each);
+            else if (each.name == QLatin1String("style"))
+                checkStyle(each);
+            else if (!readAttributes().contains(each.name) && each.name != QLatin1String("d"))
+                checkIgnoredAttribute(each);
+        }
+    }
+
+    void checkIgnoredAttribute(const XmlAttribute& attribute)
+    {
+        if (attribute.name == QLatin1String("xmlns") || attribute.name.startsWith(QLatin1String("xmlns:")))
+            return;
+        const Ignored ignored = ignoredProperty(attribute.name, attribute.value);
+        say(ignored.weight,
+            attribute.namePosition,
+            ignored.rule,
+            QStringLiteral("the attribute “%1” is ignored").arg(attribute.name),
+            ignored.advice);
+    }
+
+    void checkStyle(const XmlAttribute& style)
+    {
+        QStringList lost;
+        for (const Declaration& each : readStyle(style.value)) {
+            if (ignoredProperty(each.property, each.value).weight == Finding::Lost)
+                lost.append(each.property);
+        }
+        const Ignored ignored = ignoredProperty(QStringLiteral("style"), style.value);
+        say(lost.isEmpty() ? Finding::Note : Finding::Lost,
+            style.namePosition,
+            ignored.rule,
+            lost.isEmpty() ? QStringLiteral("the attribute “style” is ignored")
+                           : QStringLiteral("the attribute “style” is ignored, and with it: ")
+                                 + lost.join(QStringLiteral(", ")),
+            ignored.advice);
+    }
+
+    void checkIgnored(const XmlElement& element)
+    {
+        const QString local = localName(element.name);
+        const bool prefixed = local != element.name;
+        Ignored ignored = ignoredElement(local);
+        QString message = QStringLiteral("<%1> is ignored").arg(element.name);
+        if (prefixed && element.name.startsWith(QLatin1String("svg:"))
+            && (local == QLatin1String("path") || local == QLatin1String("g"))) {
+            ignored = {Finding::Lost,
+                       QStringLiteral("prefix"),
+                       QStringLiteral("take the prefix out, or run “quillet-svg convert”")};
+            message += QStringLiteral(", because its name has a prefix");
+        } else if (prefixed) {
+            ignored.weight = Finding::Note;
+        } else if (element.end - int(&element - m_elements.constData()) > 1) {
+            message += QStringLiteral(", with everything in it");
+        }
+        say(ignored.weight, element.position, ignored.rule, message, ignored.advice);
+        // A style sheet acts from wherever it stands.
+        const int self = int(&element - m_elements.constData());
+        for (int i = self + 1; i < element.end; ++i) {
+            if (localName(m_elements[i].name) == QLatin1String("style")) {
+                const Ignored style = ignoredElement(QStringLiteral("style"));
+                say(style.weight,
+                    m_elements[i].position,
+                    style.rule,
+                    QStringLiteral("<%1> is ignored").arg(m_elements[i].name),
+                    style.advice);
+            }
+        }
+    }
+
+    const QVector<XmlElement>& m_elements;
+    const Quillet::PainterPathContainer& m_picture;
+    QVector<Finding> m_findings;
+    std::size_t m_shape = 0;
+};
+
+} // namespace
+
+Finding::Weight Check::verdict() const
+{
+    Finding::Weight worst = Finding::Note;
+    for (const Finding& each : findings)
+        worst = std::max(worst, each.weight);
+    return worst;
+}
+
+Check checkSvg(const QString& text)
+{
+    Check result;
+    Quillet::PainterPathContainer picture;
+    result.accepted = Quillet::parseSvg(text, picture);
+    result.shapes = int(picture.getPaths().size());
+
+    const XmlTree tree(text);
+    if (tree.error().isEmpty()) {
+        result.findings = Checker(tree, picture).check();
+    } else {
+        result.findings.append({result.accepted ? Finding::Lost : Finding::Refused,
+                                tree.errorPosition(),
+                                QStringLiteral("xml"),
+                                QStringLiteral("this is no well-formed XML: ") + tree.error(),
+                                QStringLiteral("have the program that wrote the file write it anew")});
+    }
+    if (!result.accepted && result.verdict() != Finding::Refused) {
+        result.findings.append({Finding::Refused,
+                                Position(),
+                                QStringLiteral("refused"),
+                                QStringLiteral("the reader refuses the document"),
+                                QStringLiteral("run “quillet-svg convert”")});
+    }
+    std::stable_sort(result.findings.begin(), result.findings.end(), [](const Finding& one, const Finding& other) {
+        return one.position.line != other.position.line ? one.position.line < other.position.line
+                                                        : one.position.column < other.position.column;
+    });
+    return result;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Finding.h"
+
+#include <Quillet/PainterPath.h>
+
+#include <QtCore/QVector>
+
+/// What SVG says about the presentation of an element, by its attributes and those around it.
+struct Presentation
+{
+    double opacity = 1; ///< the product of the element's and of those around it
+    double fillOpacity = 1;
+    double strokeOpacity = 1;
+    Qt::FillRule fillRule = Qt::WindingFill;
+};
+
+/// The presentation of \a element, which stands in one that has \a around.
+Presentation inherit(const Presentation& around, const XmlElement& element);
+
+/// What is wrong with the colour in \a attribute, a fill or a stroke.
+QVector<Finding> checkColor(const XmlAttribute& attribute);
+
+/// Where the reader's \a shape looks otherwise than \a path should.
+QVector<Finding>
+checkPresentation(const XmlElement& path, const Presentation& presentation, const Quillet::PainterPath& shape);
