@@ -356,14 +356,15 @@ private:
         Quillet::PainterPathContainer picture;
         if (!Quillet::parseSvg(document.text, picture))
             return refuseAsChecked(names[0], document.text);
+        // Also tells whether Qt's renderer would ever come to an end.
+        const Conversion conversion = convertSvg(original.text);
+        if (!conversion.error.isEmpty())
+            return refuse(originalName, conversion.errorPosition, conversion.error);
+        const Frame& frame = conversion.frame;
         QXmlStreamReader reader(original.text);
         QSvgRenderer renderer;
-        if (!renderer.load(&reader))
-            return refuse(originalName, Position(), QStringLiteral("Qt's SVG renderer cannot read it"));
+        renderer.load(&reader);
 
-        Frame frame = frameOf(original.text);
-        if (frame.size.isEmpty())
-            frame.size = extentOf(picture);
         const QImage byQt = drawWithQt(renderer, frame, size);
         const QImage byLibrary = drawWithLibrary(picture, frame.size, size);
         const QString error = replaceFile(names[1], png(sideBySide(byQt, byLibrary)));

@@ -65,8 +65,9 @@ int segmentOfElement(const PathReading& reading, int element)
 int refusedSegment(const PathReading& reading, const QString& data)
 {
     const int count = reading.segments.size();
+    const int validSize = reading.errorOffset >= 0 ? reading.errorOffset : data.size();
     return firstOf(count, [&](int segment) {
-        const int end = segment + 1 < count ? reading.segments[segment + 1].offset : data.size();
+        const int end = segment + 1 < count ? reading.segments[segment + 1].offset : validSize;
         return !readByTheLibrary(data.left(end));
     });
 }

@@ -480,24 +480,26 @@ private:
     {
         QString value = one.value.trimmed();
         if (value.startsWith(QLatin1String("url("))) {
-            // The colour behind it is for the case that there is no such paint.
-            const QString instead = value.mid(value.indexOf(QLatin1Char(')')) + 1).trimmed();
-            if (m_ids.contains(referenceIn(value)) || instead.isEmpty())
+            const int paint = m_ids.value(referenceIn(value), -1);
+            if (paint >= 0 && element(paint).name.endsWith(QLatin1String("Gradient")))
                 return;
-            value = instead;
+            // The colour behind it is for the case that there is no such paint.
+            value = value.mid(value.indexOf(QLatin1Char(')')) + 1).trimmed();
+            if (value.isEmpty())
+                value = QStringLiteral("none");
         }
         const int icc = value.indexOf(QLatin1String(" icc-color"));
         if (icc > 0)
             value.truncate(icc);
-        const QColor color = readColor(value);
-        if (!color.isValid())
-            return;
         const auto named = [&properties](const QString& name) {
             return std::find_if(properties.begin(), properties.end(), [&](const Declaration& each) {
                 return each.property == name;
             });
         };
-        named(one.property)->value = color.name();
+        const QColor color = readColor(value);
+        named(one.property)->value = color.isValid() ? color.name() : value;
+        if (!color.isValid())
+            return;
         if (color.alpha() == 255 || one.property == QLatin1String("color"))
             return;
         const QString opacity = one.property == QLatin1String("stop-color")

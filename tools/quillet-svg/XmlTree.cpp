@@ -142,7 +142,7 @@ XmlTree::XmlTree(const QString& text)
         m_elements[index].end = m_elements.size();
     if (reader.hasError()) {
         m_error = reader.errorString();
-        m_errorPosition = {int(reader.lineNumber()), int(reader.columnNumber()) + 1};
+        m_errorPosition = {int(reader.lineNumber()), qMax(1, int(reader.columnNumber()))};
     }
 }
 

@@ -1,0 +1,377 @@
+#include "TestCase.h"
+
+#include "Document.h"
+#include "ExitStatus.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
+
+#include <memory>
+
+namespace {
+
+constexpr const char* clean = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20' viewBox='0 0 40 20'>"
+                              "<path d='M0 0h40v20h-40z' fill='red'/></svg>";
+constexpr const char* lossy = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20' viewBox='0 0 40 20'>"
+                              "<rect width='40' height='20' fill='red'/></svg>";
+constexpr const char* withText = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><text>t</text></svg>";
+constexpr const char* refused = "<svg><path d='M0 0x1'/></svg>";
+constexpr const char* broken = "<svg><path</svg>";
+
+struct Run
+{
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+} // namespace
+
+// The program as a script sees it: what it prints, its exit status and what it writes.
+class TestQuilletSvg : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        TestCase::init();
+        m_directory = std::make_unique<QTemporaryDir>();
+        write("clean.svg", clean);
+        write("lossy.svg", lossy);
+        write("text.svg", withText);
+        write("refused.svg", refused);
+        write("broken.svg", broken);
+    }
+
+    void wrongArgumentsGetOneLine_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("says");
+        const auto row = [](const char* arguments, const char* says) {
+            QTest::newRow(*arguments ? arguments : "nothing")
+                << QString::fromLatin1(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts) << QString::fromUtf8(says);
+        };
+        row("", "a command is missing");
+        row("draw", "there is no command “draw”");
+        row("check", "check needs a file");
+        row("check --what clean.svg", "Unknown option 'what'.");
+        row("convert clean.svg", "convert needs two files");
+        row("convert a b c", "convert needs two files");
+        row("render clean.svg", "render needs a file and a picture to write");
+        row("render --size 0 clean.svg a.png", "a size is a number from 1 to 8192");
+        row("render --size ten clean.svg a.png", "a size is a number from 1 to 8192");
+        row("render --size 9999 clean.svg a.png", "a size is a number from 1 to 8192");
+        row("compare clean.svg", "compare needs a file and a picture to write");
+    }
+
+    void wrongArgumentsGetOneLine()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, says);
+        const Run run = runProgram(arguments);
+        QCOMPARE(run.err, QStringLiteral("quillet-svg: %1; see quillet-svg --help\n").arg(says));
+        QCOMPARE(run.out, QString());
+        QCOMPARE(run.status, int(WrongArguments));
+        QVERIFY(!exists("a.png"));
+    }
+
+    void helpAndVersionAreAskedFor()
+    {
+        const Run help = runProgram({QStringLiteral("--help")});
+        QVERIFY(help.out.startsWith(QStringLiteral("Usage: quillet-svg check")));
+        QCOMPARE(help.status, int(Clean));
+        QCOMPARE(runProgram({QStringLiteral("check"), QStringLiteral("--help")}).out, help.out);
+        QCOMPARE(runProgram({QStringLiteral("--version")}).out, QStringLiteral("quillet-svg 1.0.0\n"));
+    }
+
+    void badInputGetsOneLine_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content"); // null: there is none
+        QTest::addColumn<QString>("says");
+        QTest::addColumn<int>("status");
+        const auto row
+            = [](const char* file, const QByteArray& content, const char* says, ExitStatus status) {
+                  QTest::newRow(file) << QString::fromLatin1(file) << content << QString::fromUtf8(says)
+                                      << int(status);
+              };
+        const QByteArray none;
+        row("missing.svg", none, "quillet-svg: missing.svg: there is no such file", NoAccess);
+        row(".", none, "quillet-svg: .: this is no regular file", NoAccess);
+        row("packed.svgz",
+            QByteArray("\x1f\x8b\x08"),
+            "quillet-svg: packed.svgz: this file is compressed; unpack it first, with gunzip",
+            NoAccess);
+        row("wide.svg",
+            QByteArray("\xff\xfe<\0s\0", 6),
+            "quillet-svg: wide.svg: this file is in UTF-16; write it as UTF-8 first, with iconv",
+            NoAccess);
+        row("empty.svg", QByteArray(""), "empty.svg:1:1: refused: Premature end of document.", NotAccepted);
+        row("cut.svg", QByteArray("<svg>\n<g>"), "cut.svg:2:3: refused: Premature end of document.", NotAccepted);
+        row("page.svg", QByteArray("<html/>"), "page.svg:1:1: refused: the root is <html>, not <svg>", NotAccepted);
+    }
+
+    void badInputGetsOneLine()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, says);
+        QFETCH(int, status);
+        if (!content.isNull())
+            write(file.toLatin1().constData(), content);
+        write("out.svg", "as it was");
+        const Run run = runProgram({QStringLiteral("convert"), file, QStringLiteral("out.svg")});
+        QCOMPARE(run.err, says + QLatin1Char('\n'));
+        QCOMPARE(run.out, QString());
+        QCOMPARE(run.status, status);
+        QCOMPARE(read("out.svg"), QByteArray("as it was"));
+    }
+
+    void hugeFilesAreNotRead()
+    {
+        QFile file(path("huge.svg"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(largest_file + 1)); // takes no room
+        file.close();
+        for (const char* command : {"check", "convert", "render", "compare"}) {
+            QStringList arguments{QLatin1String(command), QStringLiteral("huge.svg")};
+            if (arguments.first() != QLatin1String("check"))
+                arguments.append(QStringLiteral("out"));
+            const Run run = runProgram(arguments);
+            QCOMPARE(run.err, QStringLiteral("quillet-svg: huge.svg: this file is larger than 64 MiB\n"));
+            QCOMPARE(run.status, int(NoAccess));
+        }
+    }
+
+    void whatIsRefusedIsNotDrawn()
+    {
+        for (const char* command : {"render", "compare"}) {
+            const Run run
+                = runProgram({QLatin1String(command), QStringLiteral("refused.svg"), QStringLiteral("out.png")});
+            QVERIFY2(run.err.startsWith(QStringLiteral("refused.svg:1:19: refused: ")), qPrintable(run.err));
+            QCOMPARE(run.err.count(QLatin1Char('\n')), 1);
+            QCOMPARE(run.status, int(NotAccepted));
+            QVERIFY(!exists("out.png"));
+        }
+    }
+
+    void anOutputThatCannotBeWrittenGetsOneLine_data()
+    {
+        QTest::addColumn<QString>("command");
+        for (const char* command : {"convert", "render", "compare"})
+            QTest::newRow(command) << QString::fromLatin1(command);
+    }
+
+    void anOutputThatCannotBeWrittenGetsOneLine()
+    {
+        QFETCH(QString, command);
+        const Run run = runProgram({command, QStringLiteral("clean.svg"), QStringLiteral("no/such/out")});
+        QVERIFY2(run.err.startsWith(QStringLiteral("quillet-svg: no/such/out: cannot be written: ")),
+                 qPrintable(run.err));
+        QCOMPARE(run.err.count(QLatin1Char('\n')), 1);
+        QCOMPARE(run.status, int(NoAccess));
+    }
+
+    void anOutputIsReplacedAsAWhole()
+    {
+        write("out.svg", QByteArray(100000, 'x'));
+        QCOMPARE(runProgram({QStringLiteral("convert"), QStringLiteral("lossy.svg"), QStringLiteral("out.svg")}).status,
+                 int(Clean));
+        QVERIFY(read("out.svg").startsWith("<svg "));
+        QVERIFY(read("out.svg").endsWith("</svg>\n"));
+        QVERIFY(!read("out.svg").contains('x' + QByteArray(1, 'x')));
+        // Nothing is left beside it.
+        QCOMPARE(QDir(m_directory->path()).entryList({QStringLiteral("out*")}), QStringList{QStringLiteral("out.svg")});
+    }
+
+    void aFileMayBeConvertedIntoItself()
+    {
+        QCOMPARE(
+            runProgram({QStringLiteral("convert"), QStringLiteral("lossy.svg"), QStringLiteral("lossy.svg")}).status,
+            int(Clean));
+        QCOMPARE(runProgram({QStringLiteral("check"), QStringLiteral("lossy.svg")}).status, int(Clean));
+    }
+
+    void convertNamesWhatIsLost()
+    {
+        const Run run = runProgram({QStringLiteral("convert"), QStringLiteral("text.svg"), QStringLiteral("out.svg")});
+        QCOMPARE(run.out,
+                 QStringLiteral("text.svg:1:62: lost: <text> is left out [text]; have the drawing program make paths "
+                                "of it\n"));
+        QCOMPARE(run.status, int(Lossy));
+        QVERIFY(exists("out.svg"));
+    }
+
+    void checkTellsItsVerdict_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("firstLine");
+        QTest::addColumn<int>("status");
+        QTest::newRow("clean") << QStringLiteral("clean.svg")
+                               << QStringLiteral("clean.svg: clean; parseSvg() accepts it, 1 shape") << int(Clean);
+        QTest::newRow("lossy") << QStringLiteral("lossy.svg")
+                               << QStringLiteral("lossy.svg: lossy; parseSvg() accepts it, 0 shapes") << int(Lossy);
+        QTest::newRow("refused") << QStringLiteral("refused.svg")
+                                 << QStringLiteral("refused.svg: refused; parseSvg() refuses it, 0 shapes")
+                                 << int(NotAccepted);
+        QTest::newRow("broken") << QStringLiteral("broken.svg")
+                                << QStringLiteral("broken.svg: refused; parseSvg() refuses it, 0 shapes")
+                                << int(NotAccepted);
+    }
+
+    void checkTellsItsVerdict()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, firstLine);
+        QFETCH(int, status);
+        const Run run = runProgram({QStringLiteral("check"), file});
+        QCOMPARE(run.out.section(QLatin1Char('\n'), 0, 0), firstLine);
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, status);
+    }
+
+    void checkNamesPlaceRuleAndAdvice()
+    {
+        const Run run = runProgram({QStringLiteral("check"), QStringLiteral("lossy.svg")});
+        QCOMPARE(run.out.section(QLatin1Char('\n'), 1),
+                 QStringLiteral("lossy.svg:1:84: lost: <rect> is ignored [shape]; run “quillet-svg convert”\n"));
+    }
+
+    void checkShowsNotesWhereAskedTo()
+    {
+        QVERIFY(!runProgram({QStringLiteral("check"), QStringLiteral("clean.svg")}).out.contains(QLatin1String("note:")));
+        const Run run = runProgram({QStringLiteral("check"), QStringLiteral("--notes"), QStringLiteral("clean.svg")});
+        QVERIFY(run.out.contains(QStringLiteral("clean.svg:1:41: note: the attribute “width” is ignored")));
+        QCOMPARE(run.status, int(Clean));
+    }
+
+    void checkSumsDirectoriesUp()
+    {
+        QVERIFY(QDir(m_directory->path()).mkpath(QStringLiteral("icons/more")));
+        write("icons/a.svg", clean);
+        write("icons/more/b.svg", lossy);
+        write("icons/more/c.svg", refused);
+        write("icons/more/d.txt", "no svg");
+        const Run run = runProgram({QStringLiteral("check"), QStringLiteral("--summary"), QStringLiteral("icons")});
+        QCOMPARE(run.out,
+                 QStringLiteral("3 files: 1 clean, 1 lossy, 1 refused\n  path-error: 1 file\n  shape: 1 file\n"));
+        QCOMPARE(run.err, QString()); // progress is for terminals
+        QCOMPARE(run.status, int(NotAccepted));
+    }
+
+    void checkGoesOnBehindAFileThatCannotBeRead()
+    {
+        const Run run = runProgram(
+            {QStringLiteral("check"), QStringLiteral("missing.svg"), QStringLiteral("clean.svg")});
+        QCOMPARE(run.err, QStringLiteral("quillet-svg: missing.svg: there is no such file\n"));
+        QCOMPARE(run.out, QStringLiteral("clean.svg: clean; parseSvg() accepts it, 1 shape\n"));
+        QCOMPARE(run.status, int(NoAccess));
+    }
+
+    void checkWritesJson()
+    {
+        const Run run = runProgram({QStringLiteral("check"),
+                                    QStringLiteral("--json"),
+                                    QStringLiteral("clean.svg"),
+                                    QStringLiteral("refused.svg")});
+        QCOMPARE(run.status, int(NotAccepted));
+        const QJsonArray files = QJsonDocument::fromJson(run.out.toUtf8()).array();
+        QCOMPARE(files.size(), 2);
+        QCOMPARE(files[0].toObject().value(QStringLiteral("verdict")).toString(), QStringLiteral("clean"));
+        QCOMPARE(files[0].toObject().value(QStringLiteral("shapes")).toInt(), 1);
+        const QJsonObject second = files[1].toObject();
+        QCOMPARE(second.value(QStringLiteral("file")).toString(), QStringLiteral("refused.svg"));
+        QCOMPARE(second.value(QStringLiteral("accepted")).toBool(true), false);
+        const QJsonObject expected{
+            {QStringLiteral("line"), 1},
+            {QStringLiteral("column"), 19},
+            {QStringLiteral("weight"), QStringLiteral("refused")},
+            {QStringLiteral("rule"), QStringLiteral("path-error")},
+            {QStringLiteral("message"),
+             QStringLiteral("path data is wrong: “x” stands where a command must; the reader refuses it")},
+            {QStringLiteral("advice"), QStringLiteral("have the program that wrote the file write it anew")}};
+        QCOMPARE(second.value(QStringLiteral("findings")).toArray().last().toObject(), expected);
+    }
+
+    void renderDrawsWhatTheLibraryDraws()
+    {
+        QCOMPARE(runProgram({QStringLiteral("render"),
+                             QStringLiteral("--size"),
+                             QStringLiteral("80"),
+                             QStringLiteral("clean.svg"),
+                             QStringLiteral("out.png")})
+                     .status,
+                 int(Clean));
+        const QImage picture(path("out.png"));
+        QCOMPARE(picture.size(), QSize(80, 40));
+        QCOMPARE(QColor(picture.pixel(40, 20)), QColor(Qt::red));
+        QCOMPARE(runProgram({QStringLiteral("render"), QStringLiteral("lossy.svg"), QStringLiteral("out.png")}).status,
+                 int(Clean));
+        const QImage nothing(path("out.png"));
+        QCOMPARE(nothing.size(), QSize(256, 128));
+        QCOMPARE(qAlpha(nothing.pixel(128, 64)), 0);
+    }
+
+    void compareTellsHowMuchDiffers()
+    {
+        const Run same = runProgram({QStringLiteral("compare"), QStringLiteral("clean.svg"), QStringLiteral("out.png")});
+        QVERIFY2(same.out.startsWith(QStringLiteral("clean.svg: drawn alike; 0.00 %")), qPrintable(same.out));
+        QCOMPARE(same.status, int(Clean));
+
+        const Run other = runProgram({QStringLiteral("compare"), QStringLiteral("lossy.svg"), QStringLiteral("out.png")});
+        QVERIFY2(other.out.startsWith(QStringLiteral("lossy.svg: drawn otherwise; 100.00 %")), qPrintable(other.out));
+        QCOMPARE(other.status, int(Lossy));
+        const QImage picture(path("out.png"));
+        QCOMPARE(picture.size(), QSize(3 * 256 + 16, 128));
+        QCOMPARE(QColor(picture.pixel(128, 64)), QColor(Qt::red));              // by Qt
+        QCOMPARE(QColor(picture.pixel(264 + 128, 64)), QColor(Qt::white));      // by the library
+        QCOMPARE(QColor(picture.pixel(2 * 264 + 128, 64)), QColor(Qt::white));  // the difference
+
+        const Run original = runProgram({QStringLiteral("compare"),
+                                         QStringLiteral("--original"),
+                                         QStringLiteral("lossy.svg"),
+                                         QStringLiteral("clean.svg"),
+                                         QStringLiteral("out.png")});
+        QCOMPARE(original.status, int(Clean));
+    }
+
+private:
+    QString path(const char* name) const { return m_directory->filePath(QLatin1String(name)); }
+    bool exists(const char* name) const { return QFile::exists(path(name)); }
+
+    void write(const char* name, const QByteArray& content) const
+    {
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    }
+
+    QByteArray read(const char* name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// Runs the program where the files are.
+    Run runProgram(const QStringList& arguments) const
+    {
+        QProcess process;
+        process.setWorkingDirectory(m_directory->path());
+        process.start(QStringLiteral(QUILLET_SVG_PROGRAM), arguments);
+        if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+            return {};
+        return {process.exitCode(),
+                QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+};
+
+QUILLET_GUILESS_TEST_MAIN(TestQuilletSvg)
+#include "tst_QuilletSvg.moc"
