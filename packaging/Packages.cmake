@@ -40,7 +40,8 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 quillet_describe_package(
   DEVELOPMENT "user-interface utilities for Qt 5 Widgets (development files)" "."
   "This package has what it takes to build programs with it: headers, a CMake"
-  "package, pkg-config files, and a library for the tests of such programs.")
+  "package, pkg-config files, a library for the tests of such programs, and"
+  "quillet-svg, which checks and converts SVG files.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "quillet-doc, quillet-gallery")
 
 set(CPACK_DEBIAN_GALLERY_PACKAGE_NAME quillet-gallery)

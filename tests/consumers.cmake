@@ -45,7 +45,7 @@ add_test(
   COMMAND
     "${CMAKE_COMMAND}" -D "BUILD_DIRECTORY=${PROJECT_BINARY_DIR}" -D "SOURCE_DIRECTORY=${PROJECT_SOURCE_DIR}"
     -D "CONFIGURATION=$<CONFIG>" -D "LIBDIR=${CMAKE_INSTALL_LIBDIR}" -D "PREFIX=${prefix}" -D
-    "COMPONENTS=${components}" -P "${CMAKE_CURRENT_SOURCE_DIR}/install.cmake")
+    "COMPONENTS=${components}" -D "TOOLS=${QUILLET_BUILD_TOOLS}" -P "${CMAKE_CURRENT_SOURCE_DIR}/install.cmake")
 set_tests_properties(install PROPERTIES FIXTURES_SETUP installation)
 
 quillet_add_consumer(installed consumer "-DCMAKE_PREFIX_PATH=${prefix}")
@@ -63,6 +63,13 @@ if(QUILLET_BUILD_EXAMPLES)
   set_tests_properties(
     installed-gallery PROPERTIES FIXTURES_REQUIRED installation ENVIRONMENT "${consumer_environment}"
                                  PASS_REGULAR_EXPRESSION "quillet-gallery ${PROJECT_VERSION}")
+endif()
+
+if(QUILLET_BUILD_TOOLS)
+  add_test(NAME installed-quillet-svg COMMAND "${prefix}/${CMAKE_INSTALL_BINDIR}/quillet-svg" --version)
+  set_tests_properties(
+    installed-quillet-svg PROPERTIES FIXTURES_REQUIRED installation ENVIRONMENT "${consumer_environment}"
+                                     PASS_REGULAR_EXPRESSION "quillet-svg ${PROJECT_VERSION}")
 endif()
 
 # What the project with host targets has built, installed, and used by that project once more.

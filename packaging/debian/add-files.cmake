@@ -88,5 +88,6 @@ find_dependencies(dependencies runtime)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "${dependencies}, libqt5svg5")
 find_dependencies(dependencies gallery)
 set(CPACK_DEBIAN_GALLERY_PACKAGE_DEPENDS "${package} (= ${version}), ${dependencies}")
+find_dependencies(dependencies development)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-    "${package} (= ${version}), libeigen3-dev (>= 3.3), qtbase5-dev (>= 5.8)")
+    "${package} (= ${version}), ${dependencies}, libeigen3-dev (>= 3.3), qtbase5-dev (>= 5.8)")
