@@ -1,3 +1,5 @@
+#include "ConvertPage.h"
+#include "Drawing.h"
 #include "GalleryPage.h"
 #include "GalleryWindow.h"
 #include "Pictures.h"
@@ -31,6 +33,12 @@ void click(const QWidget& window, const QString& text)
             return button->click();
     }
     QFAIL(qPrintable(QStringLiteral("no button ") + text));
+}
+
+/// A picture on the page about converting.
+QImage pictureOn(const ConvertPage& page, const char* name)
+{
+    return page.findChild<QLabel*>(QLatin1String(name))->property("pixmap").value<QPixmap>().toImage();
 }
 
 /// The log of the dialogs page.
@@ -495,6 +503,48 @@ private Q_SLOTS:
         QVERIFY(isNear(opened.onCanvas(20, 20), start + distance));
     }
 
+    void aConvertedSampleIsDrawnAsQtDrawsTheOriginal()
+    {
+        ConvertPage page;
+        const QImage original = pictureOn(page, "original");
+        QVERIFY(!original.isNull());
+        QVERIFY(pictureOn(page, "as-it-is") != original);
+        QVERIFY(compare(pictureOn(page, "converted"), original).isSmall());
+    }
+
+    void whatTheCheckFoundIsListed()
+    {
+        const QTemporaryDir directory;
+        const QString fileName = directory.filePath(QStringLiteral("designed.svg"));
+        QFile file(fileName);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("<svg width='9' height='9'>\n<rect width='9' height='9'/><text/></svg>");
+        file.close();
+        ConvertPage page;
+        page.open(fileName);
+        const auto* const list = page.findChild<QTreeWidget*>();
+        QStringList found;
+        for (int i = 0; i < list->topLevelItemCount(); ++i) {
+            const QTreeWidgetItem& item = *list->topLevelItem(i);
+            found.append(QStringList{item.text(0), item.text(1), item.text(2)}.join(QLatin1Char(' ')));
+        }
+        QCOMPARE(found,
+                 (QStringList{QStringLiteral("check 2 shape"),
+                              QStringLiteral("check 2 text"),
+                              QStringLiteral("convert 2 text")}));
+        QCOMPARE(page.findChild<QLabel*>(QStringLiteral("report"))->text(),
+                 QStringLiteral("The original is lossy, with 0 of 1 shapes"));
+    }
+
+    void whatCannotBeConvertedIsReported()
+    {
+        ConvertPage page;
+        page.open(QStringLiteral("no such file"));
+        QCOMPARE(page.findChild<QLabel*>(QStringLiteral("report"))->text(),
+                 QStringLiteral("This cannot be converted: there is no such file"));
+        QVERIFY(pictureOn(page, "converted").isNull());
+    }
+
     void everyPageAndEveryDialogIsPainted()
     {
         const QTemporaryDir directory;
@@ -510,7 +560,7 @@ private Q_SLOTS:
             QStringLiteral("dialogs.png"),
             QStringLiteral("icons.png"),
         };
-        for (const char* const page : {"dialogs", "templates", "vector"})
+        for (const char* const page : {"convert", "dialogs", "templates", "vector"})
             expected.append(QStringLiteral("page-%1.png").arg(QLatin1String(page)));
         expected.append({QStringLiteral("templates-preprocessed.png"), QStringLiteral("templates.png")});
         for (const char* const sample : {"arc-flags", "harbour", "rosette", "strokes", "teacup"})

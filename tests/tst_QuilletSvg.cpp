@@ -16,11 +16,14 @@
 
 namespace {
 
-constexpr const char* clean = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20' viewBox='0 0 40 20'>"
-                              "<path d='M0 0h40v20h-40z' fill='red'/></svg>";
-constexpr const char* lossy = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20' viewBox='0 0 40 20'>"
-                              "<rect width='40' height='20' fill='red'/></svg>";
-constexpr const char* withText = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><text>t</text></svg>";
+constexpr const char* clean =
+    "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20' viewBox='0 0 40 20'>"
+    "<path d='M0 0h40v20h-40z' fill='red'/></svg>";
+constexpr const char* lossy =
+    "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20' viewBox='0 0 40 20'>"
+    "<rect width='40' height='20' fill='red'/></svg>";
+constexpr const char* withText =
+    "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><text>t</text></svg>";
 constexpr const char* refused = "<svg><path d='M0 0x1'/></svg>";
 constexpr const char* broken = "<svg><path</svg>";
 
@@ -56,7 +59,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("says");
         const auto row = [](const char* arguments, const char* says) {
             QTest::newRow(*arguments ? arguments : "nothing")
-                << QString::fromLatin1(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts) << QString::fromUtf8(says);
+                << QString::fromLatin1(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts)
+                << QString::fromUtf8(says);
         };
         row("", "a command is missing");
         row("draw", "there is no command “draw”");
@@ -97,11 +101,11 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content"); // null: there is none
         QTest::addColumn<QString>("says");
         QTest::addColumn<int>("status");
-        const auto row
-            = [](const char* file, const QByteArray& content, const char* says, ExitStatus status) {
-                  QTest::newRow(file) << QString::fromLatin1(file) << content << QString::fromUtf8(says)
-                                      << int(status);
-              };
+        const auto row =
+            [](const char* file, const QByteArray& content, const char* says, ExitStatus status) {
+                QTest::newRow(file) << QString::fromLatin1(file) << content << QString::fromUtf8(says)
+                                    << int(status);
+            };
         const QByteArray none;
         row("missing.svg", none, "quillet-svg: missing.svg: there is no such file", NoAccess);
         row(".", none, "quillet-svg: .: this is no regular file", NoAccess);
@@ -114,8 +118,14 @@ private Q_SLOTS:
             "quillet-svg: wide.svg: this file is in UTF-16; write it as UTF-8 first, with iconv",
             NoAccess);
         row("empty.svg", QByteArray(""), "empty.svg:1:1: refused: Premature end of document.", NotAccepted);
-        row("cut.svg", QByteArray("<svg>\n<g>"), "cut.svg:2:3: refused: Premature end of document.", NotAccepted);
-        row("page.svg", QByteArray("<html/>"), "page.svg:1:1: refused: the root is <html>, not <svg>", NotAccepted);
+        row("cut.svg",
+            QByteArray("<svg>\n<g>"),
+            "cut.svg:2:3: refused: Premature end of document.",
+            NotAccepted);
+        row("page.svg",
+            QByteArray("<html/>"),
+            "page.svg:1:1: refused: the root is <html>, not <svg>",
+            NotAccepted);
     }
 
     void badInputGetsOneLine()
@@ -152,8 +162,8 @@ private Q_SLOTS:
     void whatIsRefusedIsNotDrawn()
     {
         for (const char* command : {"render", "compare"}) {
-            const Run run
-                = runProgram({QLatin1String(command), QStringLiteral("refused.svg"), QStringLiteral("out.png")});
+            const Run run = runProgram(
+                {QLatin1String(command), QStringLiteral("refused.svg"), QStringLiteral("out.png")});
             QVERIFY2(run.err.startsWith(QStringLiteral("refused.svg:1:19: refused: ")), qPrintable(run.err));
             QCOMPARE(run.err.count(QLatin1Char('\n')), 1);
             QCOMPARE(run.status, int(NotAccepted));
@@ -181,29 +191,35 @@ private Q_SLOTS:
     void anOutputIsReplacedAsAWhole()
     {
         write("out.svg", QByteArray(100000, 'x'));
-        QCOMPARE(runProgram({QStringLiteral("convert"), QStringLiteral("lossy.svg"), QStringLiteral("out.svg")}).status,
-                 int(Clean));
+        QCOMPARE(
+            runProgram({QStringLiteral("convert"), QStringLiteral("lossy.svg"), QStringLiteral("out.svg")})
+                .status,
+            int(Clean));
         QVERIFY(read("out.svg").startsWith("<svg "));
         QVERIFY(read("out.svg").endsWith("</svg>\n"));
         QVERIFY(!read("out.svg").contains('x' + QByteArray(1, 'x')));
         // Nothing is left beside it.
-        QCOMPARE(QDir(m_directory->path()).entryList({QStringLiteral("out*")}), QStringList{QStringLiteral("out.svg")});
+        QCOMPARE(QDir(m_directory->path()).entryList({QStringLiteral("out*")}),
+                 QStringList{QStringLiteral("out.svg")});
     }
 
     void aFileMayBeConvertedIntoItself()
     {
         QCOMPARE(
-            runProgram({QStringLiteral("convert"), QStringLiteral("lossy.svg"), QStringLiteral("lossy.svg")}).status,
+            runProgram({QStringLiteral("convert"), QStringLiteral("lossy.svg"), QStringLiteral("lossy.svg")})
+                .status,
             int(Clean));
         QCOMPARE(runProgram({QStringLiteral("check"), QStringLiteral("lossy.svg")}).status, int(Clean));
     }
 
     void convertNamesWhatIsLost()
     {
-        const Run run = runProgram({QStringLiteral("convert"), QStringLiteral("text.svg"), QStringLiteral("out.svg")});
+        const Run run =
+            runProgram({QStringLiteral("convert"), QStringLiteral("text.svg"), QStringLiteral("out.svg")});
         QCOMPARE(run.out,
-                 QStringLiteral("text.svg:1:62: lost: <text> is left out [text]; have the drawing program make paths "
-                                "of it\n"));
+                 QStringLiteral(
+                     "text.svg:1:62: lost: <text> is left out [text]; have the drawing program make paths "
+                     "of it\n"));
         QCOMPARE(run.status, int(Lossy));
         QVERIFY(exists("out.svg"));
     }
@@ -214,9 +230,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("firstLine");
         QTest::addColumn<int>("status");
         QTest::newRow("clean") << QStringLiteral("clean.svg")
-                               << QStringLiteral("clean.svg: clean; parseSvg() accepts it, 1 shape") << int(Clean);
+                               << QStringLiteral("clean.svg: clean; parseSvg() accepts it, 1 shape")
+                               << int(Clean);
         QTest::newRow("lossy") << QStringLiteral("lossy.svg")
-                               << QStringLiteral("lossy.svg: lossy; parseSvg() accepts it, 0 shapes") << int(Lossy);
+                               << QStringLiteral("lossy.svg: lossy; parseSvg() accepts it, 0 shapes")
+                               << int(Lossy);
         QTest::newRow("refused") << QStringLiteral("refused.svg")
                                  << QStringLiteral("refused.svg: refused; parseSvg() refuses it, 0 shapes")
                                  << int(NotAccepted);
@@ -239,14 +257,17 @@ private Q_SLOTS:
     void checkNamesPlaceRuleAndAdvice()
     {
         const Run run = runProgram({QStringLiteral("check"), QStringLiteral("lossy.svg")});
-        QCOMPARE(run.out.section(QLatin1Char('\n'), 1),
-                 QStringLiteral("lossy.svg:1:84: lost: <rect> is ignored [shape]; run “quillet-svg convert”\n"));
+        QCOMPARE(
+            run.out.section(QLatin1Char('\n'), 1),
+            QStringLiteral("lossy.svg:1:84: lost: <rect> is ignored [shape]; run “quillet-svg convert”\n"));
     }
 
     void checkShowsNotesWhereAskedTo()
     {
-        QVERIFY(!runProgram({QStringLiteral("check"), QStringLiteral("clean.svg")}).out.contains(QLatin1String("note:")));
-        const Run run = runProgram({QStringLiteral("check"), QStringLiteral("--notes"), QStringLiteral("clean.svg")});
+        QVERIFY(!runProgram({QStringLiteral("check"), QStringLiteral("clean.svg")})
+                     .out.contains(QLatin1String("note:")));
+        const Run run =
+            runProgram({QStringLiteral("check"), QStringLiteral("--notes"), QStringLiteral("clean.svg")});
         QVERIFY(run.out.contains(QStringLiteral("clean.svg:1:41: note: the attribute “width” is ignored")));
         QCOMPARE(run.status, int(Clean));
     }
@@ -258,17 +279,19 @@ private Q_SLOTS:
         write("icons/more/b.svg", lossy);
         write("icons/more/c.svg", refused);
         write("icons/more/d.txt", "no svg");
-        const Run run = runProgram({QStringLiteral("check"), QStringLiteral("--summary"), QStringLiteral("icons")});
-        QCOMPARE(run.out,
-                 QStringLiteral("3 files: 1 clean, 1 lossy, 1 refused\n  path-error: 1 file\n  shape: 1 file\n"));
+        const Run run =
+            runProgram({QStringLiteral("check"), QStringLiteral("--summary"), QStringLiteral("icons")});
+        QCOMPARE(
+            run.out,
+            QStringLiteral("3 files: 1 clean, 1 lossy, 1 refused\n  path-error: 1 file\n  shape: 1 file\n"));
         QCOMPARE(run.err, QString()); // progress is for terminals
         QCOMPARE(run.status, int(NotAccepted));
     }
 
     void checkGoesOnBehindAFileThatCannotBeRead()
     {
-        const Run run = runProgram(
-            {QStringLiteral("check"), QStringLiteral("missing.svg"), QStringLiteral("clean.svg")});
+        const Run run =
+            runProgram({QStringLiteral("check"), QStringLiteral("missing.svg"), QStringLiteral("clean.svg")});
         QCOMPARE(run.err, QStringLiteral("quillet-svg: missing.svg: there is no such file\n"));
         QCOMPARE(run.out, QStringLiteral("clean.svg: clean; parseSvg() accepts it, 1 shape\n"));
         QCOMPARE(run.status, int(NoAccess));
@@ -311,8 +334,10 @@ private Q_SLOTS:
         const QImage picture(path("out.png"));
         QCOMPARE(picture.size(), QSize(80, 40));
         QCOMPARE(QColor(picture.pixel(40, 20)), QColor(Qt::red));
-        QCOMPARE(runProgram({QStringLiteral("render"), QStringLiteral("lossy.svg"), QStringLiteral("out.png")}).status,
-                 int(Clean));
+        QCOMPARE(
+            runProgram({QStringLiteral("render"), QStringLiteral("lossy.svg"), QStringLiteral("out.png")})
+                .status,
+            int(Clean));
         const QImage nothing(path("out.png"));
         QCOMPARE(nothing.size(), QSize(256, 128));
         QCOMPARE(qAlpha(nothing.pixel(128, 64)), 0);
@@ -320,18 +345,21 @@ private Q_SLOTS:
 
     void compareTellsHowMuchDiffers()
     {
-        const Run same = runProgram({QStringLiteral("compare"), QStringLiteral("clean.svg"), QStringLiteral("out.png")});
+        const Run same =
+            runProgram({QStringLiteral("compare"), QStringLiteral("clean.svg"), QStringLiteral("out.png")});
         QVERIFY2(same.out.startsWith(QStringLiteral("clean.svg: drawn alike; 0.00 %")), qPrintable(same.out));
         QCOMPARE(same.status, int(Clean));
 
-        const Run other = runProgram({QStringLiteral("compare"), QStringLiteral("lossy.svg"), QStringLiteral("out.png")});
-        QVERIFY2(other.out.startsWith(QStringLiteral("lossy.svg: drawn otherwise; 100.00 %")), qPrintable(other.out));
+        const Run other =
+            runProgram({QStringLiteral("compare"), QStringLiteral("lossy.svg"), QStringLiteral("out.png")});
+        QVERIFY2(other.out.startsWith(QStringLiteral("lossy.svg: drawn otherwise; 100.00 %")),
+                 qPrintable(other.out));
         QCOMPARE(other.status, int(Lossy));
         const QImage picture(path("out.png"));
         QCOMPARE(picture.size(), QSize(3 * 256 + 16, 128));
-        QCOMPARE(QColor(picture.pixel(128, 64)), QColor(Qt::red));              // by Qt
-        QCOMPARE(QColor(picture.pixel(264 + 128, 64)), QColor(Qt::white));      // by the library
-        QCOMPARE(QColor(picture.pixel(2 * 264 + 128, 64)), QColor(Qt::white));  // the difference
+        QCOMPARE(QColor(picture.pixel(128, 64)), QColor(Qt::red));             // by Qt
+        QCOMPARE(QColor(picture.pixel(264 + 128, 64)), QColor(Qt::white));     // by the library
+        QCOMPARE(QColor(picture.pixel(2 * 264 + 128, 64)), QColor(Qt::white)); // the difference
 
         const Run original = runProgram({QStringLiteral("compare"),
                                          QStringLiteral("--original"),

@@ -7,7 +7,8 @@ namespace {
 
 QString document(const char* inside)
 {
-    return QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\">\n%1</svg>").arg(QString::fromUtf8(inside));
+    return QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\">\n%1</svg>")
+        .arg(QString::fromUtf8(inside));
 }
 
 /// The findings that are more than notes: "lost 2:7 transform", with commas between.
@@ -17,19 +18,20 @@ QString graveFindings(const Check& check)
     for (const Finding& each : check.findings) {
         if (each.weight == Finding::Note)
             continue;
-        result.append(QStringLiteral("%1 %2:%3 %4")
-                          .arg(each.weight == Finding::Refused ? QStringLiteral("refused") : QStringLiteral("lost"))
-                          .arg(each.position.line)
-                          .arg(each.position.column)
-                          .arg(each.rule));
+        result.append(
+            QStringLiteral("%1 %2:%3 %4")
+                .arg(each.weight == Finding::Refused ? QStringLiteral("refused") : QStringLiteral("lost"))
+                .arg(each.position.line)
+                .arg(each.position.column)
+                .arg(each.rule));
     }
     return result.join(QStringLiteral(", "));
 }
 
 } // namespace
 
-// What "quillet-svg check" finds, and where. Documents begin with a line for the root; what a row gives stands in
-// the second line.
+// What "quillet-svg check" finds, and where. Documents begin with a line for the root; what a row gives
+// stands in the second line.
 class TestQuilletSvgCheck : public TestCase
 {
     Q_OBJECT
@@ -81,7 +83,9 @@ private Q_SLOTS:
         row("opacity in opacity",
             "<g opacity='.5'><path opacity='.5' fill='red' d='M0 0h9'/></g>",
             "lost 2:17 opacity");
-        row("opacity of all fills", "<g fill-opacity='.5'><path fill='red' d='M0 0h9'/></g>", "lost 2:22 opacity");
+        row("opacity of all fills",
+            "<g fill-opacity='.5'><path fill='red' d='M0 0h9'/></g>",
+            "lost 2:22 opacity");
         row("opacity of no fill", "<path opacity='.5' fill='none' d='M0 0h9'/>", "");
         row("rule that matters", "<path d='M0 0h9v9h-9zM3 3h3v3h-3z'/>", "lost 2:1 fill-rule");
         row("rule that does not matter", "<path d='M0 0h9v9h-9zM3 3v3h3v-3z'/>", "");
@@ -89,7 +93,9 @@ private Q_SLOTS:
             "<g fill-rule='nonzero'><path d='M0 0h9v9h-9zM3 3h3v3h-3z'/></g>",
             "lost 2:24 fill-rule");
         row("rule of the path", "<path fill-rule='nonzero' d='M0 0h9v9h-9zM3 3h3v3h-3z'/>", "");
-        row("stroke without width", "<path stroke='red' stroke-width='0' d='M0 0h9'/>", "lost 2:1 stroke-width");
+        row("stroke without width",
+            "<path stroke='red' stroke-width='0' d='M0 0h9'/>",
+            "lost 2:1 stroke-width");
         row("sharp corner", "<path stroke='red' d='M0 0L9 1 0 2'/>", "lost 2:1 miter");
         row("blunt corner", "<path stroke='red' d='M0 0L9 9 0 18'/>", "");
 
@@ -104,7 +110,9 @@ private Q_SLOTS:
             "refused 2:16 value");
 
         row("flags together", "<path d='M0 5a5 5 0 1110 0'/>", "lost 2:14 arc-flags");
-        row("flags together, first in the path", "<path d='M8 1a7 7 0 100 14zM4 5h1'/>", "lost 2:14 arc-flags");
+        row("flags together, first in the path",
+            "<path d='M8 1a7 7 0 100 14zM4 5h1'/>",
+            "lost 2:14 arc-flags");
         row("flags together, refused", "<path d='M0 5a5 5 0 01.5.5X1'/>", "refused 2:27 path-error");
         row("second arc", "<path d='M0 5a5 5 0 1 1 10 0 5 5 0 11-10 0'/>", "lost 2:30 arc-flags");
         row("flags apart", "<path d='M0 5a5 5 0 1 1 10 0'/>", "");
@@ -134,12 +142,14 @@ private Q_SLOTS:
         row("other root", QStringLiteral("<html/>"), "refused 1:1 root");
         row("root with a prefix", QStringLiteral("<s:svg xmlns:s='x'/>"), "refused 1:1 root");
         row("view box that moves", QStringLiteral("<svg viewBox='1 0 9 9'/>"), "lost 1:6 view-box");
-        row("view box that scales", QStringLiteral("<svg width='9' height='9' viewBox='0 0 3 3'/>"), "lost 1:27 view-box");
+        row("view box that scales",
+            QStringLiteral("<svg width='9' height='9' viewBox='0 0 3 3'/>"),
+            "lost 1:27 view-box");
         row("view box of the same size", QStringLiteral("<svg width='9' height='9' viewBox='0 0 9 9'/>"), "");
         row("view box alone", QStringLiteral("<svg viewBox='0 0 9 9'/>"), "");
         row("deep",
-            QStringLiteral("<svg>") + QStringLiteral("<g>").repeated(2000) + QStringLiteral("</g>").repeated(2000)
-                + QStringLiteral("</svg>"),
+            QStringLiteral("<svg>") + QStringLiteral("<g>").repeated(2000)
+                + QStringLiteral("</g>").repeated(2000) + QStringLiteral("</svg>"),
             "refused 1:6003 depth");
     }
 
@@ -178,7 +188,8 @@ private Q_SLOTS:
         for (const Finding& each : check.findings)
             messages.append(each.message);
         QCOMPARE(messages,
-                 (QStringList{QStringLiteral("the attribute “id” is ignored"), QStringLiteral("<desc> is ignored")}));
+                 (QStringList{QStringLiteral("the attribute “id” is ignored"),
+                              QStringLiteral("<desc> is ignored")}));
     }
 
     void readsPathDataByTheGrammar_data()

@@ -15,8 +15,9 @@ constexpr int picture_size = 200;
 
 QString document(const char* inside, const char* rootAttributes = "width='100' height='100'")
 {
-    return QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' %1>"
-                          "%2</svg>")
+    return QStringLiteral(
+               "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' %1>"
+               "%2</svg>")
         .arg(QString::fromUtf8(rootAttributes), QString::fromUtf8(inside));
 }
 
@@ -55,7 +56,9 @@ private Q_SLOTS:
     void drawsWhatQtDrawsOfTheOriginal_data()
     {
         QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, const char* inside) { QTest::newRow(name) << document(inside); };
+        const auto row = [](const char* name, const char* inside) {
+            QTest::newRow(name) << document(inside);
+        };
         row("path", "<path d='M10 10h50v50z'/>");
         row("rect", "<rect x='10' y='20' width='50' height='40'/>");
         row("round rect", "<rect x='10' y='20' width='50' height='40' rx='9' ry='5' stroke='red'/>");
@@ -66,20 +69,24 @@ private Q_SLOTS:
         row("filled polyline", "<polyline points='10,10 90,20 50,90' fill='blue' stroke='red'/>");
         row("polygon", "<polygon points='10,10 90,20 50,90' stroke='red' stroke-width='4'/>");
         row("all commands",
-            "<path d='M10 10L20 5H40V20C50 20 60 40 40 50S20 60 40 70Q60 80 40 90T10 80A20 10 30 0 1 10 10z'/>");
+            "<path d='M10 10L20 5H40V20C50 20 60 40 40 50S20 60 40 70Q60 80 40 90T10 80A20 10 30 0 1 10 "
+            "10z'/>");
         row("joined flags", "<path d='M30 50a20 20 0 1140 0 20 20 0 01-40 0'/>");
         row("matrix", "<path transform='matrix(1 .2 .3 1 5 6)' d='M10 10h50v50z'/>");
         row("transforms in each other",
-            "<g transform='translate(50 50)'><g transform='rotate(30)'><rect width='30' height='20'/></g></g>");
+            "<g transform='translate(50 50)'><g transform='rotate(30)'><rect width='30' "
+            "height='20'/></g></g>");
         row("scaled stroke", "<g transform='scale(3)'><path d='M5 5h20v20' fill='none' stroke='red'/></g>");
         row("squeezed stroke",
             "<path transform='scale(3 1)' d='M5 5h20v60' fill='none' stroke='red' stroke-width='6'/>");
         row("reused",
             "<defs><g id='a'><rect width='20' height='10'/></g></defs>"
             "<use xlink:href='#a' x='10' y='10'/><use xlink:href='#a' x='50' y='50' fill='red'/>");
-        row("inherited style", "<g style='fill:red;stroke:blue;stroke-width:5'><circle cx='50' cy='50' r='30'/></g>");
-        row("style sheet", "<style>.a{fill:red}#b{fill:blue}</style>"
-                           "<rect class='a' width='40' height='40'/><rect id='b' x='50' width='40' height='40'/>");
+        row("inherited style",
+            "<g style='fill:red;stroke:blue;stroke-width:5'><circle cx='50' cy='50' r='30'/></g>");
+        row("style sheet",
+            "<style>.a{fill:red}#b{fill:blue}</style>"
+            "<rect class='a' width='40' height='40'/><rect id='b' x='50' width='40' height='40'/>");
         row("current colour", "<g color='red'><rect fill='currentColor' width='40' height='40'/></g>");
         row("odd-even rule of a group",
             "<g fill-rule='evenodd'><path d='M10 10h80v80h-80zM30 30h40v40h-40z'/></g>");
@@ -89,25 +96,33 @@ private Q_SLOTS:
         row("opacity of an inherited fill",
             "<g fill='blue' fill-opacity='.5'><rect width='60' height='60' opacity='.5'/></g>");
         row("opacity of fill and stroke",
-            "<rect x='20' y='20' width='50' height='50' fill='red' stroke='blue' stroke-width='20' opacity='.4'/>");
+            "<rect x='20' y='20' width='50' height='50' fill='red' stroke='blue' stroke-width='20' "
+            "opacity='.4'/>");
         row("caps", "<path d='M20 20h50M20 50h50' stroke='red' stroke-width='20' stroke-linecap='round'/>");
         row("square caps", "<path d='M20 20h50' stroke='red' stroke-width='20' stroke-linecap='square'/>");
-        row("joins", "<path d='M20 20h50v50' fill='none' stroke='red' stroke-width='20' stroke-linejoin='round'/>");
-        row("bevels", "<path d='M20 20h50v50' fill='none' stroke='red' stroke-width='20' stroke-linejoin='bevel'/>");
-        row("sharp corner that is cut", "<path d='M10 10L90 20 10 30' fill='none' stroke='red' stroke-width='9'/>");
+        row("joins",
+            "<path d='M20 20h50v50' fill='none' stroke='red' stroke-width='20' stroke-linejoin='round'/>");
+        row("bevels",
+            "<path d='M20 20h50v50' fill='none' stroke='red' stroke-width='20' stroke-linejoin='bevel'/>");
+        row("sharp corner that is cut",
+            "<path d='M10 10L90 20 10 30' fill='none' stroke='red' stroke-width='9'/>");
         row("sharp corner that is not",
-            "<path d='M10 10L60 20 10 30' fill='none' stroke='red' stroke-width='9' stroke-miterlimit='20'/>");
+            "<path d='M10 10L60 20 10 30' fill='none' stroke='red' stroke-width='9' "
+            "stroke-miterlimit='20'/>");
         row("low limit",
             "<path d='M20 20L70 45 20 70' fill='none' stroke='red' stroke-width='9' stroke-miterlimit='1'/>");
-        row("dashes", "<path d='M10 50h80' stroke='red' stroke-width='8' stroke-dasharray='10 5' "
-                      "stroke-dashoffset='3'/>");
+        row("dashes",
+            "<path d='M10 50h80' stroke='red' stroke-width='8' stroke-dasharray='10 5' "
+            "stroke-dashoffset='3'/>");
         row("dashes around a corner",
             "<path d='M10 10h70v70' fill='none' stroke='red' stroke-width='4' stroke-dasharray='17 3'/>");
         row("no fill", "<rect x='10' y='10' width='50' height='50' fill='none' stroke='red'/>");
-        row("hidden", "<rect width='20' height='20'/><rect x='40' width='20' height='20' display='none'/>"
-                      "<rect x='70' width='20' height='20' visibility='hidden'/>");
-        row("link and switch", "<a><rect width='20' height='20'/></a><switch><rect x='50' width='20' height='20'/>"
-                               "<circle r='90'/></switch>");
+        row("hidden",
+            "<rect width='20' height='20'/><rect x='40' width='20' height='20' display='none'/>"
+            "<rect x='70' width='20' height='20' visibility='hidden'/>");
+        row("link and switch",
+            "<a><rect width='20' height='20'/></a><switch><rect x='50' width='20' height='20'/>"
+            "<circle r='90'/></switch>");
         row("not closed and closed",
             "<path d='M20 20h40v40h-40v-40M70 20h20v20h-20z' fill='none' stroke='red' stroke-width='9'/>");
         row("small", "<g transform='scale(.001)'><path d='M10000 10000h50000v50000z'/></g>");
@@ -123,8 +138,8 @@ private Q_SLOTS:
             QVERIFY2(each.weight == Finding::Note, qPrintable(each.message));
     }
 
-    // Qt's renderer takes these otherwise than SVG says. The second document says the same so that it takes it
-    // rightly.
+    // Qt's renderer takes these otherwise than SVG says. The second document says the same so that it takes
+    // it rightly.
     void drawsWhatSvgSays_data()
     {
         QTest::addColumn<QString>("text");
@@ -141,10 +156,13 @@ private Q_SLOTS:
         row("style sheet behind the element",
             "<rect class='a' width='50' height='50'/><style>.a{fill:red}</style>",
             red);
-        row("stronger rule", "<style>.a{fill:red}rect{fill:blue}</style><rect class='a' width='50' height='50'/>", red);
+        row("stronger rule",
+            "<style>.a{fill:red}rect{fill:blue}</style><rect class='a' width='50' height='50'/>",
+            red);
         row("style sheet for the root", "<style>svg{fill:red}</style><rect width='50' height='50'/>", red);
         row("#rrggbbaa", "<rect fill='#ff000080' width='50' height='50'/>", half);
-        row("#rgba", "<rect fill='#f008' width='50' height='50'/>",
+        row("#rgba",
+            "<rect fill='#f008' width='50' height='50'/>",
             "<rect width='50' height='50' fill='red' fill-opacity='.5333'/>");
         row("rgba()", "<rect fill='rgba(255, 0, 0, .5)' width='50' height='50'/>", half);
         row("rgba() and an opacity",
@@ -154,20 +172,24 @@ private Q_SLOTS:
         row("blanks around a colour", "<rect fill=' red ' width='50' height='50'/>", red);
         row("colour for a paint that is missing", "<rect fill='url(#no) red' width='50' height='50'/>", red);
         row("opacity in percent", "<rect opacity='50%' fill='red' width='50' height='50'/>", half);
-        row("millimetres", "<rect width='25.4mm' height='.5in' fill='red'/>",
+        row("millimetres",
+            "<rect width='25.4mm' height='.5in' fill='red'/>",
             "<rect width='96' height='48' fill='red'/>");
         row("symbol",
             "<symbol id='a' viewBox='0 0 10 10'><rect width='5' height='5' fill='red'/></symbol>"
             "<use xlink:href='#a' width='50' height='50' x='10' y='20'/>",
             "<rect x='10' y='20' width='25' height='25' fill='red'/>");
         row("inner document",
-            "<svg x='10' y='20' width='50' height='50' viewBox='0 0 10 10'><rect width='5' height='5' fill='red'/></svg>",
+            "<svg x='10' y='20' width='50' height='50' viewBox='0 0 10 10'><rect width='5' height='5' "
+            "fill='red'/></svg>",
             "<rect x='10' y='20' width='25' height='25' fill='red'/>");
-        row("foreign element", "<rect width='50' height='50' fill='red'/><x:rect xmlns:x='urn:x' width='90' height='90'/>",
+        row("foreign element",
+            "<rect width='50' height='50' fill='red'/><x:rect xmlns:x='urn:x' width='90' height='90'/>",
             red);
         row("flat arc", "<path d='M10 10A0 9 0 0 1 60 10L60 60z'/>", "<path d='M10 10L60 10L60 60z'/>");
         row("path with an error", "<path d='M10 10L60 10L60 60z!'/>", "<path d='M10 10L60 10L60 60z'/>");
-        row("dot", "<path d='M50 50h0' stroke='red' stroke-width='40' stroke-linecap='round'/>",
+        row("dot",
+            "<path d='M50 50h0' stroke='red' stroke-width='40' stroke-linecap='round'/>",
             "<circle cx='50' cy='50' r='20' fill='red'/>");
     }
 
@@ -192,7 +214,8 @@ private Q_SLOTS:
         row("viewBox='0 0 10 10' width='100%' height='100%'", QRectF(0, 0, 10, 10));
         row("viewBox='0 0 10 10' width='1in' height='1in'", QRectF(0, 0, 96, 96));
         row("viewBox='0 0 10 10' width='50' height='100'", QRectF(0, 25, 50, 50));
-        row("viewBox='0 0 10 10' width='50' height='100' preserveAspectRatio='xMinYMin'", QRectF(0, 0, 50, 50));
+        row("viewBox='0 0 10 10' width='50' height='100' preserveAspectRatio='xMinYMin'",
+            QRectF(0, 0, 50, 50));
         row("viewBox='0 0 10 10' width='50' height='100' preserveAspectRatio='xMaxYMax meet'",
             QRectF(0, 50, 50, 50));
         row("viewBox='0 0 10 10' width='50' height='100' preserveAspectRatio='none'", QRectF(0, 0, 50, 100));
@@ -205,9 +228,9 @@ private Q_SLOTS:
         QFETCH(QString, attributes);
         QFETCH(QRectF, box);
         const bool moved = attributes.contains(QLatin1String("-5"));
-        const Conversion conversion = convertSvg(
-            document(moved ? "<rect x='-5' y='-5' width='10' height='10'/>" : "<rect width='10' height='10'/>",
-                     attributes.toLatin1().constData()));
+        const Conversion conversion = convertSvg(document(
+            moved ? "<rect x='-5' y='-5' width='10' height='10'/>" : "<rect width='10' height='10'/>",
+            attributes.toLatin1().constData()));
         Quillet::PainterPathContainer picture;
         QVERIFY(Quillet::parseSvg(conversion.text, picture));
         QCOMPARE(int(picture.getPaths().size()), 1);
@@ -245,7 +268,8 @@ private Q_SLOTS:
         row("mask", "<rect mask='url(#a)' width='9' height='9'/>");
         row("clip-path", "<g clip-path='url(#a)'><rect width='9' height='9'/></g>");
         row("marker", "<path marker-end='url(#a)' d='M0 0h9'/>");
-        row("gradient", "<linearGradient id='a'><stop/></linearGradient><rect fill='url(#a)' width='9' height='9'/>");
+        row("gradient",
+            "<linearGradient id='a'><stop/></linearGradient><rect fill='url(#a)' width='9' height='9'/>");
         row("pattern", "<pattern id='a'/><rect fill='url(#a)' width='9' height='9'/>");
         row("use", "<use xlink:href='other.svg#a'/>");
         row("style-sheet", "<style>@media print{rect{fill:red}}</style>");
@@ -273,10 +297,10 @@ private Q_SLOTS:
 
     void aGradientBecomesItsMeanColour()
     {
-        const Conversion conversion = convertSvg(
-            document("<linearGradient id='a'><stop offset='0' stop-color='#000000'/>"
-                     "<stop offset='1' stop-color='#ffffff'/></linearGradient>"
-                     "<rect fill='url(#a)' width='50' height='50'/>"));
+        const Conversion conversion =
+            convertSvg(document("<linearGradient id='a'><stop offset='0' stop-color='#000000'/>"
+                                "<stop offset='1' stop-color='#ffffff'/></linearGradient>"
+                                "<rect fill='url(#a)' width='50' height='50'/>"));
         Quillet::PainterPathContainer picture;
         QVERIFY(Quillet::parseSvg(conversion.text, picture));
         QCOMPARE(int(picture.getPaths().size()), 1);
@@ -294,14 +318,14 @@ private Q_SLOTS:
             << QStringLiteral("<use> refers to what it stands in");
         QString multiplied = QStringLiteral("<rect id='a0'/>");
         for (int i = 1; i < 30; ++i)
-            multiplied += QStringLiteral("<g id='a%1'><use href='#a%2'/><use href='#a%2'/></g>").arg(i).arg(i - 1);
+            multiplied +=
+                QStringLiteral("<g id='a%1'><use href='#a%2'/><use href='#a%2'/></g>").arg(i).arg(i - 1);
         QTest::newRow("use that multiplies") << document(multiplied.toLatin1().constData())
                                              << QStringLiteral("<use> repeats more than 1,000,000 elements");
-        QTest::newRow("deep") << document((QStringLiteral("<g>").repeated(2000)
-                                           + QStringLiteral("</g>").repeated(2000))
-                                              .toLatin1()
-                                              .constData())
-                              << QStringLiteral("elements are nested more than 2000 deep");
+        QTest::newRow("deep") << document(
+            (QStringLiteral("<g>").repeated(2000) + QStringLiteral("</g>").repeated(2000))
+                .toLatin1()
+                .constData()) << QStringLiteral("elements are nested more than 2000 deep");
     }
 
     void refusesWhatNoEndIsInSight()

@@ -1,5 +1,6 @@
 #include "GalleryWindow.h"
 
+#include "ConvertPage.h"
 #include "DialogsPage.h"
 #include "TemplatesPage.h"
 #include "VectorPage.h"
@@ -24,6 +25,7 @@ GalleryWindow::GalleryWindow(QWidget* parent)
     addPage(new DialogsPage);
     addPage(new TemplatesPage);
     addPage(m_vectorPage);
+    addPage(new ConvertPage);
     showPage(m_pages.first());
     resize(1100, 640);
 }

@@ -87,6 +87,20 @@ const QVector<VectorSample>& vectorSamples()
     return samples;
 }
 
+const QVector<VectorSample>& designSamples()
+{
+    keepSamples();
+    static const QVector<VectorSample> samples = {
+        {QStringLiteral("compass"),
+         QStringLiteral("Compass: all of it can be kept"),
+         QStringLiteral(":/gallery/samples/compass.svg")},
+        {QStringLiteral("balloon"),
+         QStringLiteral("Balloon: a gradient and a clip path are lost"),
+         QStringLiteral(":/gallery/samples/balloon.svg")},
+    };
+    return samples;
+}
+
 const QVector<VectorSample>& dialogIcons()
 {
     static const QVector<VectorSample> icons = {

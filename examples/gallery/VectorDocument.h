@@ -35,6 +35,9 @@ struct VectorSample
 /// The drawings made for the gallery.
 const QVector<VectorSample>& vectorSamples();
 
+/// Drawings as drawing programs write them, which the reader reads in part only.
+const QVector<VectorSample>& designSamples();
+
 /// The icons that the library has for its dialogs.
 const QVector<VectorSample>& dialogIcons();
 

@@ -58,8 +58,8 @@ QString excuses(const XmlTree& tree)
         const QString name = localName(each.name);
         if (name.endsWith(QLatin1String("Gradient")))
             found.insert(QStringLiteral("gradient"));
-        else if (name == QLatin1String("filter") || name == QLatin1String("mask") || name == QLatin1String("text")
-                 || name == QLatin1String("image"))
+        else if (name == QLatin1String("filter") || name == QLatin1String("mask")
+                 || name == QLatin1String("text") || name == QLatin1String("image"))
             found.insert(name);
     }
     return joined(found);

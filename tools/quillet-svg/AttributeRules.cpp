@@ -47,7 +47,10 @@ constexpr Rule elements[] = {
     {"a", Finding::Lost, "container", convert},
     {"switch", Finding::Lost, "container", convert},
     {"svg", Finding::Lost, "container", convert},
-    {"style", Finding::Lost, "style-sheet", "write the properties as attributes, or run “quillet-svg convert”"},
+    {"style",
+     Finding::Lost,
+     "style-sheet",
+     "write the properties as attributes, or run “quillet-svg convert”"},
     {"text", Finding::Lost, "text", "have the drawing program make paths of it"},
     {"image", Finding::Lost, "image", "draw it with paths"},
     {"foreignObject", Finding::Lost, "image", "draw it with paths"},
@@ -61,10 +64,9 @@ constexpr Rule elements[] = {
 template <std::size_t Size>
 Ignored find(const Rule (&rules)[Size], const QString& name, const char* otherwise)
 {
-    const auto* found
-        = std::find_if(std::begin(rules), std::end(rules), [&](const Rule& rule) {
-              return name == QLatin1String(rule.name);
-          });
+    const auto* found = std::find_if(std::begin(rules), std::end(rules), [&](const Rule& rule) {
+        return name == QLatin1String(rule.name);
+    });
     if (found == std::end(rules))
         return {Finding::Note, QLatin1String(otherwise), QString::fromUtf8(nothing)};
     return {found->weight, QLatin1String(found->rule), QString::fromUtf8(found->advice)};
@@ -93,7 +95,8 @@ bool isRefused(const QString& name, const QString& value)
         return false;
     const QString word = value.toLower();
     const auto isOneOf = [&word](std::initializer_list<const char*> words) {
-        return std::any_of(words.begin(), words.end(), [&](const char* each) { return word == QLatin1String(each); });
+        return std::any_of(
+            words.begin(), words.end(), [&](const char* each) { return word == QLatin1String(each); });
     };
     if (name == QLatin1String("fill-rule"))
         return !isOneOf({"nonzero", "evenodd"});
@@ -129,7 +132,8 @@ Ignored ignoredProperty(const QString& name, const QString& value)
         result = find(properties, QStringLiteral("fill"), "style");
     // What says nothing loses nothing.
     if (word.isEmpty() || word == QLatin1String("normal")
-        || (word == QLatin1String("none") && name != QLatin1String("display") && !readAttributes().contains(name))
+        || (word == QLatin1String("none") && name != QLatin1String("display")
+            && !readAttributes().contains(name))
         || (name == QLatin1String("display") && word != QLatin1String("none"))
         || (name == QLatin1String("visibility") && word == QLatin1String("visible")))
         result.weight = Finding::Note;

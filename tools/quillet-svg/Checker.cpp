@@ -132,13 +132,18 @@ private:
                 if (group.find(readAttributes()[i]))
                     unread.append(readAttributes()[i]);
             }
-            QString message = QStringLiteral("“%1” is no value that the reader takes for “%2”")
-                                  .arg(attribute->value, name);
+            QString message =
+                QStringLiteral("“%1” is no value that the reader takes for “%2”").arg(attribute->value, name);
             if (name == QLatin1String("opacity"))
                 message += QStringLiteral("; it counts as 0");
             if (!unread.isEmpty())
-                message += QStringLiteral("; because of it, these are not read: ") + unread.join(QStringLiteral(", "));
-            say(Finding::Lost, attribute->valuePosition, QStringLiteral("group-value"), message, refusalOf(name));
+                message += QStringLiteral("; because of it, these are not read: ")
+                           + unread.join(QStringLiteral(", "));
+            say(Finding::Lost,
+                attribute->valuePosition,
+                QStringLiteral("group-value"),
+                message,
+                refusalOf(name));
             break;
         }
         checkAttributes(group);
@@ -290,9 +295,10 @@ Check checkSvg(const QString& text)
                                 QStringLiteral("the reader refuses the document"),
                                 QStringLiteral("run “quillet-svg convert”")});
     }
-    std::stable_sort(result.findings.begin(), result.findings.end(), [](const Finding& one, const Finding& other) {
-        return one.position.line != other.position.line ? one.position.line < other.position.line
-                                                        : one.position.column < other.position.column;
-    });
+    std::stable_sort(
+        result.findings.begin(), result.findings.end(), [](const Finding& one, const Finding& other) {
+            return one.position.line != other.position.line ? one.position.line < other.position.line
+                                                            : one.position.column < other.position.column;
+        });
     return result;
 }

@@ -183,8 +183,8 @@ private:
 
     int refuse(const QString& fileName, const Position& position, const QString& why)
     {
-        m_err << fileName << ':' << position.line << ':' << position.column << ": refused: " << why.simplified()
-              << '\n';
+        m_err << fileName << ':' << position.line << ':' << position.column
+              << ": refused: " << why.simplified() << '\n';
         return NotAccepted;
     }
 
@@ -262,12 +262,14 @@ private:
     {
         m_out << all << (all == 1 ? " file: " : " files: ") << verdicts[Finding::Note] << " clean, "
               << verdicts[Finding::Lost] << " lossy, " << verdicts[Finding::Refused] << " refused";
-        const int unread = all - verdicts[Finding::Note] - verdicts[Finding::Lost] - verdicts[Finding::Refused];
+        const int unread =
+            all - verdicts[Finding::Note] - verdicts[Finding::Lost] - verdicts[Finding::Refused];
         if (unread > 0)
             m_out << ", " << unread << " not read";
         m_out << '\n';
         for (auto each = filesWithRule.begin(); each != filesWithRule.end(); ++each)
-            m_out << "  " << each.key() << ": " << each.value() << (each.value() == 1 ? " file\n" : " files\n");
+            m_out << "  " << each.key() << ": " << each.value()
+                  << (each.value() == 1 ? " file\n" : " files\n");
     }
 
     int convert(const QCommandLineParser& parser)
@@ -343,9 +345,8 @@ private:
         int size = default_size;
         if (!readSize(parser, size))
             return misused(QStringLiteral("a size is a number from 1 to %1").arg(largest_size));
-        const QString originalName = parser.isSet(QStringLiteral("original"))
-                                         ? parser.value(QStringLiteral("original"))
-                                         : names[0];
+        const QString originalName =
+            parser.isSet(QStringLiteral("original")) ? parser.value(QStringLiteral("original")) : names[0];
         const Document document = readDocument(names[0]);
         if (!document.error.isEmpty())
             return inaccessible(names[0], document.error);

@@ -43,7 +43,8 @@ Conversion convertSvg(const QString& text)
         return result;
     }
     if (result.frame.size.isEmpty())
-        result.frame.size = renderer.viewBoxF().bottomRight().x() > 0 ? renderer.viewBoxF().size() : QSizeF(1, 1);
+        result.frame.size =
+            renderer.viewBoxF().bottomRight().x() > 0 ? renderer.viewBoxF().size() : QSizeF(1, 1);
 
     Recorder recorder(result.frame.size.toSize().expandedTo(QSize(1, 1)));
     {

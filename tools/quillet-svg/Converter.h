@@ -10,10 +10,10 @@
 /// What became of a document that was converted.
 struct Conversion
 {
-    QString error;   ///< why nothing could be converted; empty if something was
+    QString error; ///< why nothing could be converted; empty if something was
     Position errorPosition;
-    QString text;    ///< the document that the reader reads
-    Frame frame;     ///< of the original
+    QString text; ///< the document that the reader reads
+    Frame frame;  ///< of the original
     int shapes = 0;
     QVector<Finding> losses; ///< what of the drawing could not be kept
 };

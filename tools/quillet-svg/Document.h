@@ -20,6 +20,6 @@ Document readDocument(const QString& fileName);
 /// \return why that failed, in one line; empty if it did not.
 QString replaceFile(const QString& fileName, const QByteArray& bytes);
 
-/// The SVG files that \a names stand for: directories give all files "*.svg" below them, in the order of their
-/// names. What is no directory stands for itself.
+/// The SVG files that \a names stand for: directories give all files "*.svg" below them, in the order of
+/// their names. What is no directory stands for itself.
 QStringList svgFiles(const QStringList& names);

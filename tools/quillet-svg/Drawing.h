@@ -23,8 +23,8 @@ QImage drawWithLibrary(const Quillet::PainterPathContainer& picture, const QSize
 /// How two pictures of the same size differ.
 struct Difference
 {
-    int worst = 0;       ///< the greatest difference of a channel, of 255
-    double share = 0;    ///< of the pixels that differ more than a line that is drawn a trifle elsewhere
+    int worst = 0;    ///< the greatest difference of a channel, of 255
+    double share = 0; ///< of the pixels that differ more than a line that is drawn a trifle elsewhere
     bool isSmall() const;
 };
 

@@ -37,9 +37,8 @@ QRectF place(const QRectF& box, const QSizeF& size, const QString& aspectRatio)
 {
     if (aspectRatio.contains(QLatin1String("none")))
         return {QPointF(), size};
-    const Qt::AspectRatioMode mode = aspectRatio.contains(QLatin1String("slice"))
-                                         ? Qt::KeepAspectRatioByExpanding
-                                         : Qt::KeepAspectRatio;
+    const Qt::AspectRatioMode mode =
+        aspectRatio.contains(QLatin1String("slice")) ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio;
     const QSizeF scaled = box.size().scaled(size, mode);
     const QSizeF rest = size - scaled;
     return {QPointF(rest.width() * alignment(aspectRatio, QLatin1Char('x')),
@@ -56,12 +55,8 @@ double absoluteLength(const QString& text)
         const char* name;
         double pixels;
     };
-    static constexpr Unit units[] = {{"px", 1},
-                                     {"pt", 96.0 / 72},
-                                     {"pc", 16},
-                                     {"mm", 96 / 25.4},
-                                     {"cm", 96 / 2.54},
-                                     {"in", 96}};
+    static constexpr Unit units[] = {
+        {"px", 1}, {"pt", 96.0 / 72}, {"pc", 16}, {"mm", 96 / 25.4}, {"cm", 96 / 2.54}, {"in", 96}};
     QString number = text.trimmed();
     double pixels = 1;
     for (const Unit& unit : units) {

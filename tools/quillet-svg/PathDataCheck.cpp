@@ -110,9 +110,9 @@ Finding describe(const XmlAttribute& attribute, const PathReading& reading, int 
                                                      : QStringLiteral("the reader draws something else");
     if (!inGrammar) {
         finding.rule = QStringLiteral("path-error");
-        finding.message = QStringLiteral("path data is wrong: %1; %2")
-                              .arg(reading.error.isEmpty() ? QStringLiteral("it ends too soon") : reading.error,
-                                   reads);
+        finding.message =
+            QStringLiteral("path data is wrong: %1; %2")
+                .arg(reading.error.isEmpty() ? QStringLiteral("it ends too soon") : reading.error, reads);
         finding.advice = QStringLiteral("have the program that wrote the file write it anew");
         return finding;
     }
@@ -154,9 +154,10 @@ QVector<Finding> checkPathData(const XmlAttribute& attribute)
         findings.append(describe(attribute, reading, segment, Finding::Lost));
     } else if (reading.errorOffset >= 0) {
         Finding finding = describe(attribute, reading, reading.segments.size(), Finding::Note);
-        finding.message = QStringLiteral("path data is wrong: %1; the reader draws what stands before it, as it "
-                                         "should")
-                              .arg(reading.error);
+        finding.message =
+            QStringLiteral("path data is wrong: %1; the reader draws what stands before it, as it "
+                           "should")
+                .arg(reading.error);
         findings.append(finding);
     }
     return findings;

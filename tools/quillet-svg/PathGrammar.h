@@ -7,9 +7,9 @@
 /// One segment of path data.
 struct PathSegment
 {
-    QChar command;       ///< of a line behind the first pair of a move: L or l
-    QStringList numbers; ///< as written
-    int offset = 0;      ///< of the command, or of the first number where the command is not repeated
+    QChar command;               ///< of a line behind the first pair of a move: L or l
+    QStringList numbers;         ///< as written
+    int offset = 0;              ///< of the command, or of the first number where the command is not repeated
     bool hasJoinedFlags = false; ///< an arc whose flags stand against what follows them
 };
 

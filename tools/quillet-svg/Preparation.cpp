@@ -36,14 +36,15 @@ bool isDefinition(const QString& name)
 
 bool isAnimation(const QString& name)
 {
-    return isOneOf(name,
-                   {"animate", "animateColor", "animateMotion", "animateTransform", "set", "mpath", "script"});
+    return isOneOf(
+        name, {"animate", "animateColor", "animateMotion", "animateTransform", "set", "mpath", "script"});
 }
 
 class Preparer
 {
 public:
-    explicit Preparer(const XmlTree& tree) : m_tree(tree), m_elements(tree.elements()), m_writer(&m_result.text)
+    explicit Preparer(const XmlTree& tree)
+        : m_tree(tree), m_elements(tree.elements()), m_writer(&m_result.text)
     {
         m_cost.fill(-1, m_elements.size());
     }
@@ -176,8 +177,8 @@ private:
     {
         const QString& name = element(i).name;
         const int colon = name.indexOf(QLatin1Char(':'));
-        const QString declaration
-            = colon < 0 ? QStringLiteral("xmlns") : QStringLiteral("xmlns:") + name.left(colon);
+        const QString declaration =
+            colon < 0 ? QStringLiteral("xmlns") : QStringLiteral("xmlns:") + name.left(colon);
         for (int at = i; at >= 0; at = element(at).parent) {
             if (const XmlAttribute* found = element(at).find(declaration))
                 return found->value != QLatin1String("http://www.w3.org/2000/svg");
@@ -216,8 +217,9 @@ private:
                     now.position,
                     name == QLatin1String("text") ? "text" : "image",
                     QStringLiteral("<%1> is left out").arg(name),
-                    name == QLatin1String("text") ? QStringLiteral("have the drawing program make paths of it")
-                                                  : QStringLiteral("draw it with paths"));
+                    name == QLatin1String("text")
+                        ? QStringLiteral("have the drawing program make paths of it")
+                        : QStringLiteral("draw it with paths"));
             }
             return;
         }
@@ -302,11 +304,10 @@ private:
     /// What style sheets and its own style say about an element, each property once.
     QVector<Declaration> styleOf(const XmlElement& now) const
     {
-        const QVector<Declaration> all
-            = m_styleSheet.declarations(localName(now.name),
-                                        now.attribute(QStringLiteral("id")),
-                                        now.attribute(QStringLiteral("class")))
-              + readStyle(now.attribute(QStringLiteral("style")));
+        const QVector<Declaration> all = m_styleSheet.declarations(localName(now.name),
+                                                                   now.attribute(QStringLiteral("id")),
+                                                                   now.attribute(QStringLiteral("class")))
+                                         + readStyle(now.attribute(QStringLiteral("style")));
         QVector<Declaration> last;
         for (const Declaration& each : all) {
             // Properties since SVG 2 only; in SVG 1.1 these are attributes.
@@ -333,10 +334,11 @@ private:
             const bool restyled = std::any_of(style.begin(), style.end(), [&](const Declaration& one) {
                 return one.property == each.name;
             });
-            const bool placed
-                = asGroup
-                  && isOneOf(each.name, {"x", "y", "width", "height", "viewBox", "preserveAspectRatio"});
-            const bool isLink = each.name == QLatin1String("href") || each.name.endsWith(QLatin1String(":href"));
+            const bool placed =
+                asGroup
+                && isOneOf(each.name, {"x", "y", "width", "height", "viewBox", "preserveAspectRatio"});
+            const bool isLink =
+                each.name == QLatin1String("href") || each.name.endsWith(QLatin1String(":href"));
             if (restyled || placed || (asGroup && isLink) || each.name == QLatin1String("style")
                 || each.name == QLatin1String("transform") || each.name.startsWith(QLatin1String("xmlns")))
                 continue;
@@ -431,7 +433,8 @@ private:
             say(to < 0 ? Finding::Note : Finding::Lost,
                 position,
                 to < 0 ? "missing-paint" : "pattern",
-                QStringLiteral("the %1 “%2” is left out").arg(to < 0 ? QStringLiteral("missing paint") : kind, id),
+                QStringLiteral("the %1 “%2” is left out")
+                    .arg(to < 0 ? QStringLiteral("missing paint") : kind, id),
                 QStringLiteral("choose a plain %1").arg(name));
         }
     }

@@ -74,14 +74,16 @@ QVector<Finding> checkColor(const XmlAttribute& attribute)
     QColor taken;
     taken.setNamedColor(value);
     const QColor meant = readColor(value);
-    const QString advice = QStringLiteral("write #rrggbb, with “%1-opacity” beside it where need be; “quillet-svg "
-                                          "convert” does it")
-                               .arg(attribute.name);
+    const QString advice =
+        QStringLiteral("write #rrggbb, with “%1-opacity” beside it where need be; “quillet-svg "
+                       "convert” does it")
+            .arg(attribute.name);
     if (!taken.isValid()) {
         return {{Finding::Lost,
                  attribute.valuePosition,
                  QStringLiteral("color"),
-                 QStringLiteral("“%1” is no colour that the reader takes; there is no %2").arg(value, attribute.name),
+                 QStringLiteral("“%1” is no colour that the reader takes; there is no %2")
+                     .arg(value, attribute.name),
                  advice}};
     }
     if (!meant.isValid() || meant.rgb() != taken.rgb() || meant.alpha() < 255) {
@@ -117,8 +119,8 @@ checkPresentation(const XmlElement& path, const Presentation& presentation, cons
     compareAlpha(shape.getPen().color(), presentation.strokeOpacity, "stroke");
 
     if (fills && shape.getPath().fillRule() != presentation.fillRule && ruleMatters(shape.getPath())) {
-        const QString rule = presentation.fillRule == Qt::WindingFill ? QStringLiteral("nonzero")
-                                                                      : QStringLiteral("evenodd");
+        const QString rule =
+            presentation.fillRule == Qt::WindingFill ? QStringLiteral("nonzero") : QStringLiteral("evenodd");
         findings.append({Finding::Lost,
                          path.position,
                          QStringLiteral("fill-rule"),

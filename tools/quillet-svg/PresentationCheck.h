@@ -22,5 +22,6 @@ Presentation inherit(const Presentation& around, const XmlElement& element);
 QVector<Finding> checkColor(const XmlAttribute& attribute);
 
 /// Where the reader's \a shape looks otherwise than \a path should.
-QVector<Finding>
-checkPresentation(const XmlElement& path, const Presentation& presentation, const Quillet::PainterPath& shape);
+QVector<Finding> checkPresentation(const XmlElement& path,
+                                   const Presentation& presentation,
+                                   const Quillet::PainterPath& shape);

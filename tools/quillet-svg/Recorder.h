@@ -15,11 +15,11 @@ struct Painted
     enum Kind { Path, Image, Text };
 
     Kind kind = Path;
-    QPainterPath path;   ///< before the transform; with its fill rule
+    QPainterPath path; ///< before the transform; with its fill rule
     QTransform transform;
-    QPen pen;            ///< Qt::NoPen: not stroked
-    QBrush brush;        ///< Qt::NoBrush: not filled
-    double opacity = 1;  ///< of the painter, on top of the colours'
+    QPen pen;           ///< Qt::NoPen: not stroked
+    QBrush brush;       ///< Qt::NoBrush: not filled
+    double opacity = 1; ///< of the painter, on top of the colours'
 };
 
 /// A paint device that keeps what is painted on it instead of drawing it.

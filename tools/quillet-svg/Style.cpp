@@ -82,7 +82,8 @@ QVector<Declaration> readStyle(const QString& text)
     for (const QString& part : parts) {
         const int colon = part.indexOf(QLatin1Char(':'));
         if (colon > 0)
-            result.append({part.left(colon).trimmed().toLower(), part.mid(colon + 1).remove(important).trimmed()});
+            result.append(
+                {part.left(colon).trimmed().toLower(), part.mid(colon + 1).remove(important).trimmed()});
     }
     return result;
 }
@@ -107,6 +108,7 @@ QColor readColor(const QString& text)
 
 QString referenceIn(const QString& value)
 {
-    static const QRegularExpression reference(QStringLiteral("^\\s*url\\(\\s*[\"']?#([^\"')]+?)[\"']?\\s*\\)"));
+    static const QRegularExpression reference(
+        QStringLiteral("^\\s*url\\(\\s*[\"']?#([^\"')]+?)[\"']?\\s*\\)"));
     return reference.match(value).captured(1);
 }

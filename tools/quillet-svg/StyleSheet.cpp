@@ -37,11 +37,11 @@ StyleSheet::declarations(const QString& element, const QString& id, const QStrin
     QVector<Declaration> result;
     const QStringList names = classes.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (const Rule& rule : m_rules) {
-        const bool matches = (rule.element.isEmpty() || rule.element == element)
-                             && (rule.id.isEmpty() || rule.id == id)
-                             && std::all_of(rule.classes.begin(), rule.classes.end(), [&](const QString& one) {
-                                    return names.contains(one);
-                                });
+        const bool matches =
+            (rule.element.isEmpty() || rule.element == element) && (rule.id.isEmpty() || rule.id == id)
+            && std::all_of(rule.classes.begin(), rule.classes.end(), [&](const QString& one) {
+                   return names.contains(one);
+               });
         if (matches)
             result += rule.declarations;
     }

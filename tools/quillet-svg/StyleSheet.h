@@ -19,7 +19,8 @@ public:
     bool isEmpty() const { return m_rules.isEmpty() && m_rest.isEmpty(); }
 
     /// What the simple rules say about an element, the strongest last.
-    QVector<Declaration> declarations(const QString& element, const QString& id, const QString& classes) const;
+    QVector<Declaration>
+    declarations(const QString& element, const QString& id, const QString& classes) const;
 
 private:
     struct Rule

@@ -67,8 +67,8 @@ double commonScale(const QTransform& transform)
 
 QPainterPath outline(const QPainterPath& path, const QPen& pen, Qt::PenJoinStyle join, double miterLimit)
 {
-    // Qt makes curves of dashes straight, and outlines of curves only nearly parallel, as exact as need be for
-    // pixels. So the path is made as large as it will be seen.
+    // Qt makes curves of dashes straight, and outlines of curves only nearly parallel, as exact as need be
+    // for pixels. So the path is made as large as it will be seen.
     const QRectF box = path.controlPointRect();
     const double scale = outline_size / std::max({box.width(), box.height(), pen.widthF(), 1e-6});
 
