@@ -188,6 +188,13 @@ private Q_SLOTS:
             red);
         row("flat arc", "<path d='M10 10A0 9 0 0 1 60 10L60 60z'/>", "<path d='M10 10L60 10L60 60z'/>");
         row("path with an error", "<path d='M10 10L60 10L60 60z!'/>", "<path d='M10 10L60 10L60 60z'/>");
+        row("closed dot",
+            "<path d='M50 50z' stroke='red' stroke-width='40' stroke-linecap='round'/>",
+            "<circle cx='50' cy='50' r='20' fill='red'/>");
+        row("uses in each other",
+            "<g id='a'><rect width='50' height='50' fill='red'/></g><use xlink:href='#b' x='-99'/>"
+            "<g id='b'><use xlink:href='#a'/></g>",
+            "<rect width='50' height='50' fill='red'/>");
         row("dot",
             "<path d='M50 50h0' stroke='red' stroke-width='40' stroke-linecap='round'/>",
             "<circle cx='50' cy='50' r='20' fill='red'/>");
@@ -322,6 +329,12 @@ private Q_SLOTS:
                 QStringLiteral("<g id='a%1'><use href='#a%2'/><use href='#a%2'/></g>").arg(i).arg(i - 1);
         QTest::newRow("use that multiplies") << document(multiplied.toLatin1().constData())
                                              << QStringLiteral("<use> repeats more than 1,000,000 elements");
+        QString chain;
+        for (int i = 0; i < 2000; ++i)
+            chain += QStringLiteral("<symbol id='s%1'><use href='#s%2'/></symbol>").arg(i).arg(i + 1);
+        QTest::newRow("deep by uses")
+            << document((chain + QStringLiteral("<use href='#s0'/>")).toLatin1().constData())
+            << QStringLiteral("elements are nested more than 2000 deep");
         QTest::newRow("deep") << document(
             (QStringLiteral("<g>").repeated(2000) + QStringLiteral("</g>").repeated(2000))
                 .toLatin1()

@@ -72,23 +72,12 @@ int refusedSegment(const PathReading& reading, const QString& data)
     });
 }
 
-bool isArc(const PathSegment& segment)
-{
-    return segment.command.toUpper() == QLatin1Char('A');
-}
-
-/// An arc that is a line.
-bool isFlat(const PathSegment& segment)
-{
-    return isArc(segment) && (segment.numbers[0].toDouble() == 0 || segment.numbers[1].toDouble() == 0);
-}
-
 /// The first segment that the reader never takes as SVG says, or \a otherwise if there is none. What comes of
 /// it may show earlier: two moves with nothing between them become one.
 int culprit(const PathReading& reading, int otherwise)
 {
     for (int i = 0; i < reading.segments.size(); ++i) {
-        if (reading.segments[i].hasJoinedFlags || isFlat(reading.segments[i]))
+        if (reading.segments[i].hasJoinedFlags || isFlatArc(reading.segments[i]))
             return i;
     }
     return otherwise;
@@ -122,7 +111,7 @@ Finding describe(const XmlAttribute& attribute, const PathReading& reading, int 
         finding.rule = QStringLiteral("arc-flags");
         finding.message = QStringLiteral("the flags of an arc are not apart; %1").arg(reads);
         finding.advice = apart();
-    } else if (isFlat(segment)) {
+    } else if (isFlatArc(segment)) {
         finding.rule = QStringLiteral("arc-radius");
         finding.message = QStringLiteral("an arc with a radius of 0 is a line; the reader draws nothing");
         finding.advice = QStringLiteral("write a line, or run “quillet-svg convert”");

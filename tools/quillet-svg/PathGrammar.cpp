@@ -145,6 +145,12 @@ bool readNumbers(Scanner& scanner, PathSegment& segment, int count)
 
 } // namespace
 
+bool isFlatArc(const PathSegment& segment)
+{
+    return segment.command.toUpper() == QLatin1Char('A')
+           && (segment.numbers[0].toDouble() == 0 || segment.numbers[1].toDouble() == 0);
+}
+
 PathReading readPathData(const QString& data)
 {
     PathReading reading;
@@ -203,8 +209,7 @@ QString spelledOut(const PathReading& reading, int segmentCount)
         const PathSegment& segment = reading.segments[i];
         QChar command = segment.command;
         QStringList numbers = segment.numbers;
-        const bool isArc = command.toUpper() == QLatin1Char('A');
-        if (isArc && (numbers[0].toDouble() == 0 || numbers[1].toDouble() == 0)) {
+        if (isFlatArc(segment)) {
             command = command.isLower() ? QLatin1Char('l') : QLatin1Char('L');
             numbers = numbers.mid(5);
         }

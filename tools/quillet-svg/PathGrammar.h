@@ -21,8 +21,10 @@ struct PathReading
     QString error;
 };
 
+/// Whether \a segment is an arc with a radius of zero, which makes it a line (SVG 1.1, F.6.2).
+bool isFlatArc(const PathSegment& segment);
+
 PathReading readPathData(const QString& data);
 
-/// The same path with every command and number apart. Arcs whose radius is zero become the lines that they
-/// are (SVG 1.1, F.6.2).
+/// The same path with every command and number apart. Flat arcs become lines.
 QString spelledOut(const PathReading& reading, int segmentCount);

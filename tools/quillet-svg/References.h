@@ -1,0 +1,49 @@
+#pragma once
+
+#include "XmlTree.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+/// What the elements of a document refer to.
+class References
+{
+public:
+    explicit References(const QVector<XmlElement>& elements);
+
+    /// The element with the identifier, or -1.
+    int find(const QString& id) const { return m_ids.value(id, -1); }
+
+    /// The element that a "use" repeats, or -1.
+    int targetOf(const XmlElement& use) const;
+
+    /// Whether the identifier is a gradient's.
+    bool isGradient(const QString& id) const;
+
+    /// Why drawing the document would not come to an end, or go too deep; empty if it is well.
+    const QString& error() const { return m_error; }
+    Position errorPosition() const { return m_errorPosition; }
+
+private:
+    /// What is drawn for one element.
+    struct Content
+    {
+        enum State { Unknown, Open, Known };
+
+        State state = Unknown;
+        int elements = 0;
+        int depth = 0;
+    };
+
+    void measure();
+    QVector<int> drawnBy(int element) const;
+    Content sumOf(const QVector<int>& parts) const;
+    void fail(int element, const QString& why);
+
+    const QVector<XmlElement>& m_elements;
+    QHash<QString, int> m_ids;
+    QVector<Content> m_contents;
+    QString m_error;
+    Position m_errorPosition;
+};
