@@ -89,7 +89,7 @@ public:
     {
         if (current() != QLatin1Char('0') && current() != QLatin1Char('1'))
             return {};
-        const QString result = current();
+        QString result = current();
         step();
         return result;
     }
