@@ -209,7 +209,8 @@ private:
     void checkStyle(const XmlAttribute& style)
     {
         QStringList lost;
-        for (const Declaration& each : readStyle(style.value)) {
+        const QVector<Declaration> declarations = readStyle(style.value);
+        for (const Declaration& each : declarations) {
             if (ignoredProperty(each.property, each.value).weight == Finding::Lost)
                 lost.append(each.property);
         }

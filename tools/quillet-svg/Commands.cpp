@@ -330,7 +330,8 @@ private:
     /// One line: the first reason for which the reader refuses \a text.
     int refuseAsChecked(const QString& fileName, const QString& text)
     {
-        for (const Finding& each : checkSvg(text).findings) {
+        const Check check = checkSvg(text);
+        for (const Finding& each : check.findings) {
             if (each.weight == Finding::Refused)
                 return refuse(fileName, each.position, each.message);
         }

@@ -53,7 +53,8 @@ Conversion convertSvg(const QString& text)
     }
     SubsetWriter writer(result.frame.size);
     for (const Painted& painted : recorder.painted()) {
-        for (const SubsetShape& shape : subsetShapes(painted)) {
+        const QVector<SubsetShape> shapes = subsetShapes(painted);
+        for (const SubsetShape& shape : shapes) {
             writer.add(shape);
             ++result.shapes;
         }

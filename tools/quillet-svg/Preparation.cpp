@@ -260,7 +260,7 @@ private:
         const QString transform = now.attribute(QStringLiteral("transform")) + placement;
         if (!transform.trimmed().isEmpty())
             m_writer.writeAttribute(QStringLiteral("transform"), transform.trimmed());
-        for (const Declaration& each : properties) {
+        for (const Declaration& each : qAsConst(properties)) {
             if (each.property == QLatin1String("opacity"))
                 m_result.findings += lossesByOpacity(m_elements, now, each.value.toDouble());
             if (each.property != QLatin1String("transform"))

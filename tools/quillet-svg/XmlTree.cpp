@@ -103,7 +103,8 @@ XmlTree::XmlTree(const QString& text)
             XmlElement element;
             element.name = reader.qualifiedName().toString();
             element.parent = open.isEmpty() ? -1 : open.last();
-            for (const QXmlStreamAttribute& each : reader.attributes()) {
+            const QXmlStreamAttributes attributes = reader.attributes();
+            for (const QXmlStreamAttribute& each : attributes) {
                 XmlAttribute attribute;
                 attribute.name = each.qualifiedName().toString();
                 attribute.value = each.value().toString();
