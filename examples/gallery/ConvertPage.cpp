@@ -1,14 +1,12 @@
 #include "ConvertPage.h"
 
 #include "ConvertedDocument.h"
+#include "DocumentBox.h"
 #include "VectorDocument.h"
 
 #include <Document.h>
 #include <FindingText.h>
 
-#include <QtCore/QFileInfo>
-#include <QtCore/QSignalBlocker>
-#include <QtWidgets/QComboBox>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QHBoxLayout>
@@ -41,7 +39,7 @@ QString filter()
 
 ConvertPage::ConvertPage(QWidget* parent)
     : GalleryPage(parent),
-      m_documents(new QComboBox),
+      m_documents(new DocumentBox),
       m_original(createPicture(QStringLiteral("original"))),
       m_asItIs(createPicture(QStringLiteral("as-it-is"))),
       m_converted(createPicture(QStringLiteral("converted"))),
@@ -67,10 +65,9 @@ ConvertPage::ConvertPage(QWidget* parent)
     layout->addWidget(m_report);
     layout->addWidget(m_findings, 1);
 
-    for (const VectorSample& sample : designSamples())
-        m_documents->addItem(sample.title, sample.fileName);
+    m_documents->addSamples(designSamples());
     connect(m_documents,
-            QOverload<int>::of(&QComboBox::currentIndexChanged),
+            QOverload<int>::of(&DocumentBox::currentIndexChanged),
             this,
             &ConvertPage::showCurrentDocument);
     showCurrentDocument();
@@ -88,14 +85,8 @@ QString ConvertPage::title() const
 
 void ConvertPage::open(const QString& fileName)
 {
-    int index = m_documents->findData(fileName);
-    if (index < 0) {
-        index = m_documents->count();
-        m_documents->addItem(QFileInfo(fileName).fileName(), fileName);
-    }
-    // The file may have changed since, so it is read again even where it is the current one.
-    const QSignalBlocker block(m_documents);
-    m_documents->setCurrentIndex(index);
+    m_documents->choose(fileName);
+    // The file may have changed since, so it is read again even where it was the current one.
     showCurrentDocument();
 }
 
@@ -166,7 +157,7 @@ void ConvertPage::save()
 
 void ConvertPage::showCurrentDocument()
 {
-    const ConvertedDocument document = convertDocument(m_documents->currentData().toString(), picture_size);
+    const ConvertedDocument document = convertDocument(m_documents->fileName(), picture_size);
     m_text = document.conversion.text;
     m_save->setEnabled(document.error.isEmpty());
     m_original->setPixmap(QPixmap::fromImage(document.original));

@@ -2,7 +2,7 @@
 
 #include "GalleryPage.h"
 
-class QComboBox;
+class DocumentBox;
 class QLabel;
 class QPushButton;
 class QTreeWidget;
@@ -31,7 +31,7 @@ private:
     void save();
     void showCurrentDocument();
 
-    QComboBox* m_documents; // the data of an entry is its file name
+    DocumentBox* m_documents;
     QLabel* m_original;
     QLabel* m_asItIs;
     QLabel* m_converted;

@@ -1,16 +1,14 @@
 #include "VectorPage.h"
 
+#include "DocumentBox.h"
 #include "ShapeList.h"
 #include "VectorCanvas.h"
 #include "VectorDocument.h"
 
-#include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
-#include <QtCore/QSignalBlocker>
 #include <QtCore/QUrl>
 #include <QtGui/QDragEnterEvent>
 #include <QtGui/QDropEvent>
-#include <QtWidgets/QComboBox>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QHBoxLayout>
@@ -46,7 +44,7 @@ QToolButton* createButton(const QString& text, const QString& toolTip, Qt::Key k
 
 VectorPage::VectorPage(QWidget* parent)
     : GalleryPage(parent),
-      m_documents(new QComboBox),
+      m_documents(new DocumentBox),
       m_canvas(new VectorCanvas),
       m_rotation(new QSlider(Qt::Horizontal)),
       m_angle(new QLabel),
@@ -96,14 +94,8 @@ QVector<Picture> VectorPage::pictures()
 
 void VectorPage::open(const QString& fileName)
 {
-    int index = m_documents->findData(fileName);
-    if (index < 0) {
-        index = m_documents->count();
-        m_documents->addItem(QFileInfo(fileName).fileName(), fileName);
-    }
-    // The file may have changed since, so it is read again even where it is the current one.
-    const QSignalBlocker block(m_documents);
-    m_documents->setCurrentIndex(index);
+    m_documents->choose(fileName);
+    // The file may have changed since, so it is read again even where it was the current one.
     showCurrentDocument();
 }
 
@@ -159,7 +151,7 @@ QLayout* VectorPage::createViewRow()
 void VectorPage::connectParts()
 {
     connect(m_documents,
-            QOverload<int>::of(&QComboBox::currentIndexChanged),
+            QOverload<int>::of(&DocumentBox::currentIndexChanged),
             this,
             &VectorPage::showCurrentDocument);
     connect(m_rotation, &QSlider::valueChanged, this, &VectorPage::setRotation);
@@ -169,11 +161,9 @@ void VectorPage::connectParts()
 
 void VectorPage::addDocuments()
 {
-    for (const VectorSample& sample : vectorSamples())
-        m_documents->addItem(sample.title, sample.fileName);
+    m_documents->addSamples(vectorSamples());
     m_documents->insertSeparator(m_documents->count());
-    for (const VectorSample& icon : dialogIcons())
-        m_documents->addItem(icon.title, icon.fileName);
+    m_documents->addSamples(dialogIcons());
     m_documents->insertSeparator(m_documents->count());
 }
 
@@ -189,7 +179,7 @@ void VectorPage::chooseFile()
 
 void VectorPage::showCurrentDocument()
 {
-    VectorDocument document = readVectorDocument(m_documents->currentData().toString());
+    VectorDocument document = readVectorDocument(m_documents->fileName());
     m_report->setText(document.report);
     m_report->setStyleSheet(document.accepted ? QString() : QStringLiteral("color: #b00020"));
     m_shapes->setPicture(*document.picture);

@@ -2,7 +2,7 @@
 
 #include "GalleryPage.h"
 
-class QComboBox;
+class DocumentBox;
 class QLabel;
 class QLayout;
 class QSlider;
@@ -42,7 +42,7 @@ private:
     /// Lights up a shape on the canvas and in the list; -1 for none.
     void setCurrentShape(int index);
 
-    QComboBox* m_documents; // the data of an entry is its file name
+    DocumentBox* m_documents;
     VectorCanvas* m_canvas;
     QSlider* m_rotation;
     QLabel* m_angle;
