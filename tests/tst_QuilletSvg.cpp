@@ -1,5 +1,6 @@
 #include "TestCase.h"
 
+#include "Commands.h"
 #include "Document.h"
 #include "ExitStatus.h"
 
@@ -9,7 +10,9 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
+#include <QtCore/QProcessEnvironment>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QTextStream>
 #include <QtGui/QImage>
 
 #include <memory>
@@ -46,6 +49,7 @@ private Q_SLOTS:
     {
         TestCase::init();
         m_directory = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir::setCurrent(m_directory->path()));
         write("clean.svg", clean);
         write("lossy.svg", lossy);
         write("text.svg", withText);
@@ -84,6 +88,22 @@ private Q_SLOTS:
         QCOMPARE(run.out, QString());
         QCOMPARE(run.status, int(WrongArguments));
         QVERIFY(!exists("a.png"));
+    }
+
+    void theProgramNeedsNoDisplay()
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("none such"));
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(QUILLET_SVG_PROGRAM),
+                      {QStringLiteral("check"), QStringLiteral("lossy.svg")});
+        QVERIFY(process.waitForFinished());
+        const Run expected = runProgram({QStringLiteral("check"), QStringLiteral("lossy.svg")});
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), expected.status);
+        QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()), expected.out);
+        QCOMPARE(QString::fromUtf8(process.readAllStandardError()), QString());
     }
 
     void helpAndVersionAreAskedFor()
@@ -385,21 +405,18 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    /// Runs the program where the files are.
-    Run runProgram(const QStringList& arguments) const
+    /// What the program does where the files are, without the price of a process.
+    static Run runProgram(const QStringList& arguments)
     {
-        QProcess process;
-        process.setWorkingDirectory(m_directory->path());
-        process.start(QStringLiteral(QUILLET_SVG_PROGRAM), arguments);
-        if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
-            return {};
-        return {process.exitCode(),
-                QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
+        Run run;
+        QTextStream out(&run.out);
+        QTextStream err(&run.err);
+        run.status = runQuilletSvg(QStringList{QStringLiteral("quillet-svg")} + arguments, out, err);
+        return run;
     }
 
     std::unique_ptr<QTemporaryDir> m_directory;
 };
 
-QUILLET_GUILESS_TEST_MAIN(TestQuilletSvg)
+QUILLET_TEST_MAIN(TestQuilletSvg)
 #include "tst_QuilletSvg.moc"
