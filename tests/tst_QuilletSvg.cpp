@@ -208,6 +208,24 @@ private Q_SLOTS:
         QCOMPARE(run.status, int(NoAccess));
     }
 
+    void anOutputForWhichThereIsNoRoomStaysAsItWas()
+    {
+        write("out.svg", "as it was");
+        QProcess process;
+        // No file may grow, as on a full disk.
+        process.start(QStringLiteral("sh"),
+                      {QStringLiteral("-c"),
+                       QStringLiteral("ulimit -f 0; trap '' XFSZ; exec \"$0\" convert lossy.svg out.svg"),
+                       QStringLiteral(QUILLET_SVG_PROGRAM)});
+        QVERIFY(process.waitForFinished());
+        const QString said = QString::fromUtf8(process.readAllStandardError());
+        QVERIFY2(said.startsWith(QStringLiteral("quillet-svg: out.svg: cannot be written: ")),
+                 qPrintable(said));
+        QCOMPARE(said.count(QLatin1Char('\n')), 1);
+        QCOMPARE(process.exitCode(), int(NoAccess));
+        QCOMPARE(read("out.svg"), QByteArray("as it was"));
+    }
+
     void anOutputIsReplacedAsAWhole()
     {
         write("out.svg", QByteArray(100000, 'x'));
