@@ -47,7 +47,10 @@ Document readDocument(const QString& fileName)
 QString replaceFile(const QString& fileName, const QByteArray& bytes)
 {
     QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    // With a buffer, a disk that is full would show only when that is flushed, which commit() does not
+    // notice.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(bytes) != bytes.size()
+        || !file.commit())
         return QStringLiteral("cannot be written: ") + file.errorString();
     return {};
 }
