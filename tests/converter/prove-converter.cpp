@@ -6,15 +6,15 @@
 
 #include <Quillet/SvgFileParser.h>
 
+#include <QtCore/QFile>
 #include <QtCore/QSet>
 #include <QtCore/QTextStream>
 #include <QtCore/QXmlStreamReader>
 #include <QtGui/QGuiApplication>
 #include <QtSvg/QSvgRenderer>
 
-#include <cstdio>
-
-// Reads names of files, one a line, and writes a line for each, with tabs between:
+// Reads names of files, one a line, from the file LIST, and writes a line for each into LIST.result, with
+// tabs between:
 //
 //   1  what "check" says of the file: clean, lossy, refused
 //   2  of the pixels, the share in which the library's picture of it differs from Qt's
@@ -110,8 +110,12 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_LOGGING_RULES", "*=false");
     const QGuiApplication application(argc, argv);
-    QTextStream in(stdin);
-    QTextStream out(stdout);
+    QFile list(QGuiApplication::arguments().value(1));
+    QFile results(list.fileName() + QStringLiteral(".result"));
+    if (!list.open(QIODevice::ReadOnly) || !results.open(QIODevice::WriteOnly))
+        return 2;
+    QTextStream in(&list);
+    QTextStream out(&results);
     in.setCodec("UTF-8");
     out.setCodec("UTF-8");
     QString name;
