@@ -7,6 +7,7 @@
 #include <QtCore/QVector>
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -40,6 +41,12 @@ struct LogLine
 inline char* toString(const LogLine& line)
 {
     return qstrdup(qUtf8Printable(QStringLiteral("level %1: %2").arg(line.level).arg(line.text)));
+}
+
+/// How GoogleTest does.
+inline void PrintTo(const LogLine& line, std::ostream* out)
+{
+    *out << "level " << line.level << ": " << line.text.toStdString();
 }
 
 /// Collects what is logged while it lives, in place of the logger's own sink and threshold, which it puts

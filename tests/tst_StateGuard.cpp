@@ -9,6 +9,7 @@
 #include <quorvel/Logger.h>
 
 #include <memory>
+#include <sstream>
 
 using Quillet::MessageDialogTemplate;
 using Quillet::MessageDialogTemplatePreprocessors;
@@ -262,6 +263,9 @@ private Q_SLOTS:
         QVERIFY(line != (LogLine{3, QStringLiteral("other")}));
         const std::unique_ptr<char[]> shown(toString(line));
         QCOMPARE(QString::fromUtf8(shown.get()), QStringLiteral("level 3: text"));
+        std::ostringstream underGoogleTest;
+        PrintTo(line, &underGoogleTest);
+        QCOMPARE(QString::fromStdString(underGoogleTest.str()), QStringLiteral("level 3: text"));
     }
 };
 
