@@ -18,6 +18,7 @@
 #include <QtWidgets/QPushButton>
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -158,6 +159,8 @@ public:
     ~DialogDriverPrivate() override
     {
         drivers().removeOne(this);
+        if (!drivers().isEmpty())
+            drivers().constLast()->schedule(); // it has let pass what came meanwhile
         if (m_usedNativeDialogs)
             QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false);
     }
@@ -166,11 +169,10 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (drivers().constLast() != this)
-            return false;
+        const bool isLast = drivers().constLast() == this;
         switch (event->type()) {
         case QEvent::Show:
-            if (auto* dialog = qobject_cast<QDialog*>(watched); dialog && !event->spontaneous())
+            if (auto* dialog = qobject_cast<QDialog*>(watched); dialog && isLast && !event->spontaneous())
                 open(*dialog);
             break;
         case QEvent::Hide:
@@ -224,6 +226,8 @@ public:
             forgetClosed();
             return allHaveCome() && !isBoxOpen();
         };
+        // What is due first: it may open a box that nobody expects.
+        QCoreApplication::processEvents();
         m_sinceProgress.start();
         for (qint64 left = timeout; left > 0; left = timeout - m_sinceProgress.elapsed()) {
             if (QTest::qWaitFor(isDone, static_cast<int>(left)))
@@ -269,11 +273,14 @@ public:
             if (!showing.isMessageBox || !showing.isOpen || !showing.dialog || showing.isGivenUp)
                 continue;
             match(showing);
-            reportFailure(
-                QStringLiteral("The %1 is still open at the end of its driver. Call wait() before, for "
-                               "boxes that are opened without blocking.")
-                    .arg(nameOf(records.at(showing.record).identifier)),
-                whereOf(showing));
+            const QString blocker = blockerOf(showing);
+            const QString advice =
+                QStringLiteral(" Call wait() before, for boxes that are opened without blocking.");
+            reportFailure(QStringLiteral("The %1 is still open at the end of its driver%2.%3")
+                              .arg(nameOf(records.at(showing.record).identifier),
+                                   blocker,
+                                   blocker.isEmpty() ? advice : QString()),
+                          whereOf(showing));
             giveUp(showing);
         }
     }
@@ -371,7 +378,16 @@ private:
         if (!expectation) {
             if (!hasBeenSeen)
                 reportUnexpected(showing);
-        } else if (showing.nextStep < expectation->steps.size()) {
+            return;
+        }
+        if (!hasBeenSeen && showing.box()) {
+            check(showing);
+        } else if (!hasBeenSeen && !expectation->checks.empty()) {
+            reportFailure(QStringLiteral("The %1 has been destroyed before it was checked.")
+                              .arg(nameOf(expectation->identifier)),
+                          expectation->where);
+        }
+        if (showing.nextStep < expectation->steps.size()) {
             const Step& step = expectation->steps[showing.nextStep];
             reportFailure(QStringLiteral("The %1 has closed before %2.")
                               .arg(nameOf(expectation->identifier), step.name),
@@ -476,14 +492,15 @@ private:
             return;
         }
 
-        // The step's own event loops may come by here, and end the box.
+        // The step's own event loops may come by here, and end the box, or the driver.
+        const QPointer<DialogDriverPrivate> self(this);
         showing.isBusy = true;
         showing.isActivated = false;
         ++showing.nextStep;
         noteProgress();
         switch (step.kind) {
         case Step::Kind::Click: {
-            QString problem = click(box, step);
+            const QString problem = click(box, step);
             if (!problem.isEmpty()) {
                 reportFailure(
                     QStringLiteral("The %1 %2.").arg(nameOf(showing.expectation->identifier), problem),
@@ -499,12 +516,35 @@ private:
             window->close();
             break;
         case Step::Kind::Run:
-            step.code(box);
+            if (!run(box, step, *showing.expectation) && self)
+                giveUp(showing);
             break;
         }
+        if (!self)
+            return;
         showing.isBusy = false;
         noteProgress();
         schedule();
+    }
+
+    /// Runs the step's code, and tells whether it has come to its end: an exception must not go on from here,
+    /// into an event loop of Qt.
+    static bool run(QMessageBox& box, const Step& step, const ExpectationData& expectation)
+    {
+        // The code may end the driver, and with it the expectation.
+        const SourceLocation where = expectation.where;
+        const QString problem = QStringLiteral("The %1 is given up, since the test's code has thrown ")
+                                    .arg(nameOf(expectation.identifier));
+        try {
+            step.code(box);
+            return true;
+        } catch (const std::exception& exception) {
+            reportFailure(problem + quoted(QString::fromLocal8Bit(exception.what())) + QLatin1Char('.'),
+                          where);
+        } catch (...) {
+            reportFailure(problem + QStringLiteral("an exception."), where);
+        }
+        return false;
     }
 
     /// Presses and releases the step's key. The release of one that closes the window is for no window of
@@ -539,9 +579,12 @@ private:
 
     void giveUp(Showing& showing)
     {
+        const QPointer<DialogDriverPrivate> self(this); // the box's own code may end the driver
         showing.isGivenUp = true;
         showing.isBusy = true;
         dismiss(showing.dialog);
+        if (!self)
+            return;
         showing.isBusy = false;
         noteProgress();
         schedule();
@@ -598,6 +641,16 @@ private:
         giveUp(*hanging);
     }
 
+    /// The modal dialog that keeps a user from a box, as the end of a sentence; empty where there is none.
+    static QString blockerOf(const Showing& showing)
+    {
+        const QWidget* const modal = QApplication::activeModalWidget();
+        if (!modal || modal == showing.dialog)
+            return {};
+        return QStringLiteral(", blocked by a %1 titled %2")
+            .arg(QString::fromLatin1(modal->metaObject()->className()), quoted(modal->windowTitle()));
+    }
+
     /// What has been done with a box, or why it has not.
     QString stateOf(const Showing& showing) const
     {
@@ -606,11 +659,9 @@ private:
             return QStringLiteral(" after the key Esc");
         if (expectation && expectation->hasAnswer() && showing.nextStep == expectation->steps.size())
             return QStringLiteral(" after ") + expectation->steps.back().name;
-        const QWidget* const modal = QApplication::activeModalWidget();
-        if (modal && modal != showing.dialog) {
-            return QStringLiteral(", blocked by a %1 titled %2")
-                .arg(QString::fromLatin1(modal->metaObject()->className()), quoted(modal->windowTitle()));
-        }
+        const QString blocker = blockerOf(showing);
+        if (!blocker.isEmpty())
+            return blocker;
         if (!isOnScreen(*showing.box()))
             return QStringLiteral(", not completely on the screen");
         if (QGuiApplication::focusWindow() != showing.dialog->windowHandle())
@@ -640,8 +691,10 @@ private:
         do {
             file = QStringLiteral("%1/%2-%3.png").arg(screenshotDirectory, name).arg(++number);
         } while (QFile::exists(file));
-        const_cast<QMessageBox*>(box)->grab().save(file);
-        record.screenshot = file;
+        if (const_cast<QMessageBox*>(box)->grab().save(file))
+            record.screenshot = file;
+        else
+            qWarning("The screenshot %s cannot be written.", qUtf8Printable(file));
     }
 
     std::vector<ShowingPointer> m_showings;                 // in the order in which they came
@@ -704,7 +757,10 @@ int DialogDriver::timeout() const
 
 void DialogDriver::setTimeout(int milliseconds)
 {
-    d->timeout = milliseconds;
+    if (milliseconds > 0)
+        d->timeout = milliseconds;
+    else
+        reportFailure(QStringLiteral("A time-out of %1 ms would end nothing.").arg(milliseconds), d->where);
 }
 
 void DialogDriver::setScreenshotDirectory(const QString& directory)

@@ -30,12 +30,13 @@ class DialogDriverPrivate;
 ///   when verify() is called or the driver is destroyed.
 /// - **Nothing hangs.** When nothing has happened for the time-out while a box is open, or a modal dialog
 ///   that is no message box, the test fails and that box or dialog is closed. The time-out ends nothing
-///   else, and nothing waits for it. What a driver cannot end is code that blocks without an event loop.
+///   else, and nothing waits for it. What a driver cannot end is code that blocks without an event loop,
+///   and an event loop that belongs to no dialog, such as that of a menu.
 ///
 /// Boxes that are opened without blocking are answered as soon as events are processed: call wait().
 ///
 /// A driver needs a QApplication and is used from the GUI thread only. Of several that live at once the one
-/// made last answers; the others see nothing meanwhile. While a driver lives, message boxes are never the
+/// made last answers; the others see no show meanwhile. While a driver lives, message boxes are never the
 /// platform's native ones (Qt::AA_DontUseNativeDialogs), which nothing in the process could answer.
 class DialogDriver
 {
@@ -56,7 +57,8 @@ public:
     DialogExpectation& expect(const QString& identifier,
                               const SourceLocation& where = SourceLocation::current());
 
-    /// Runs the event loop until every expected box has come and no box is open.
+    /// Runs the event loop until every expected box has come and no box is open; at least for what is due
+    /// when it is called.
     ///
     /// \return whether that is so; false when nothing has happened for the time-out. A failure is left to
     ///         verify().
@@ -78,12 +80,12 @@ public:
     /// How long nothing may happen while a dialog is open: 5000 ms unless set.
     int timeout() const;
 
-    /// Sets it, from the next event on.
+    /// Sets it, from the next event on. It must be more than 0.
     void setTimeout(int milliseconds);
 
     /// Has a picture of each unexpected box, and of each that differs from what was expected or ran into the
     /// time-out, saved as a PNG file in \a directory, which is made if need be. An empty one, as at first,
-    /// saves none. The failure names the file.
+    /// saves none. The failure names the file, unless it cannot be written.
     void setScreenshotDirectory(const QString& directory);
 
 private:

@@ -197,8 +197,10 @@ DialogExpectation& DialogExpectation::withPrimaryButton(const QString& label)
 
 DialogExpectation& DialogExpectation::times(int count)
 {
-    d->least = count;
-    d->most = count;
+    if (count < 0)
+        reportFailure(QStringLiteral("A dialog cannot be expected %1 times.").arg(count), d->where);
+    d->least = std::max(count, 0);
+    d->most = d->least;
     return *this;
 }
 
@@ -226,7 +228,9 @@ DialogExpectation& DialogExpectation::click(QMessageBox::StandardButton button)
     Step step{Step::Kind::Click, QStringLiteral("a click on ") + name};
     step.findTarget = [=](const QMessageBox& box) {
         return findOne(
-            box, [&](auto* each) { return box.standardButton(each) == button; }, name);
+            box,
+            [&](auto* each) { return box.standardButton(each) == button; },
+            QStringLiteral("with the standard value ") + name);
     };
     d->steps.push_back(std::move(step));
     return *this;

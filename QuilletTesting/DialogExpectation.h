@@ -70,6 +70,7 @@ public:
     // How often
 
     /// Expects \a count shows in place of one, each checked and answered alike. 0: it must not come at all.
+    /// A negative number fails the test.
     DialogExpectation& times(int count);
 
     /// Expects any number of shows, none included.
@@ -80,7 +81,7 @@ public:
     /// Clicks the one button with this label, written without mnemonic.
     DialogExpectation& click(const QString& label);
 
-    /// Clicks a standard button.
+    /// Clicks a standard button. The buttons of a template are none.
     DialogExpectation& click(QMessageBox::StandardButton button);
 
     /// Clicks the one button with this role.
@@ -109,7 +110,7 @@ public:
 
     /// Runs \a code with the box: for checks of one's own, and for what is no user's doing, such as
     /// QDialog::done() or the destruction of the box. Where it leaves the box open and no answer is given,
-    /// Escape follows.
+    /// Escape follows. An exception fails the test, and the box is dismissed.
     DialogExpectation& run(const std::function<void(QMessageBox&)>& code);
 
 private:

@@ -30,7 +30,8 @@ void reportFailure(const QString& message, const SourceLocation& where)
     else if (QTest::currentTestFunction())
         QTest::qFail(message.toUtf8().constData(), where.file, where.line);
     else
-        qFatal("%s\n(No test function of QtTest runs, and no failure handler is set.)",
+        qFatal("%s\n(No test function of QtTest runs, and no failure handler is set. GoogleTest needs "
+               "reportFailuresToGoogleTest(), any other framework setFailureHandler().)",
                qUtf8Printable(message));
 }
 

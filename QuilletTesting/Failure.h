@@ -22,6 +22,7 @@ struct SourceLocation
     int line = 0;
 
     /// The line that calls this function or, where this is a default argument, the function that has it.
+    /// Give it to what std::make_unique() makes: otherwise that function's own line is the one.
 #if defined(__GNUC__) || (defined(_MSC_VER) && _MSC_VER >= 1926)
     static SourceLocation current(const char* file = __builtin_FILE(), int line = __builtin_LINE())
     {

@@ -12,11 +12,13 @@
 #include <QtWidgets/QPushButton>
 
 #include <memory>
+#include <stdexcept>
 
 using Quillet::MessageDialog;
 using Quillet::MessageDialogTemplate;
 using Quillet::MessageDialogTemplatePreprocessors;
 using Quillet::Testing::DialogDriver;
+using Quillet::Testing::SourceLocation;
 using Quillet::Testing::StateGuard;
 
 namespace {
@@ -126,6 +128,21 @@ private Q_SLOTS:
         dialog.hide();
     }
 
+    void unexpectedAndDueLater()
+    {
+        DialogDriver driver;
+        QTimer::singleShot(0, this, [] { SaveChanges().exec(); });
+        QVERIFY(driver.wait());
+    }
+
+    void screenshotThatCannotBeWritten()
+    {
+        DialogDriver driver;
+        driver.setScreenshotDirectory(QCoreApplication::applicationFilePath());
+        SaveChanges().exec();
+        QCOMPARE(driver.records().constFirst().screenshot, QString());
+    }
+
     void screenshot()
     {
         const QTemporaryDir directory;
@@ -192,6 +209,22 @@ private Q_SLOTS:
             .withDefaultButton(QStringLiteral("Yes"))
             .withPrimaryButton(QStringLiteral("Yes"));
         QMessageBox::question(nullptr, {}, {});
+    }
+
+    void differsAndGoneAtOnce()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes"));
+        SaveChanges dialog;
+        dialog.show();
+        dialog.hide();
+    }
+
+    void destroyedBeforeItsChecks()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes"));
+        SaveChanges().show();
     }
 
     void noSuchButton()
@@ -304,6 +337,57 @@ private Q_SLOTS:
         QVERIFY(!dialog);
     }
 
+    void throwingAnException()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes"))
+            .run([](QMessageBox&) { throw std::runtime_error("no such file"); })
+            .click(QStringLiteral("Save"));
+        SaveChanges dialog;
+        dialog.exec();
+        QCOMPARE(dialog.clickedButton(), dialog.cancel);
+    }
+
+    void throwingSomethingElse()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).run([](QMessageBox&) { throw 1; });
+        SaveChanges dialog;
+        dialog.exec();
+        QCOMPARE(dialog.clickedButton(), dialog.cancel);
+    }
+
+    void driverEndedByItsAnswer()
+    {
+        auto driver = std::make_unique<DialogDriver>();
+        driver->expect(QStringLiteral("save-changes")).run([&](QMessageBox&) { driver.reset(); });
+        SaveChanges dialog;
+        dialog.exec();
+        QCOMPARE(dialog.clickedButton(), dialog.cancel);
+    }
+
+    void driverEndedByADismissal()
+    {
+        auto driver = std::make_unique<DialogDriver>(SourceLocation::current());
+        SaveChanges dialog;
+        connect(&dialog, &QDialog::finished, &dialog, [&] { driver.reset(); });
+        dialog.exec();
+        QVERIFY(!driver);
+    }
+
+    void negativeTimes()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).times(-1);
+    }
+
+    void noTimeOut()
+    {
+        DialogDriver driver;
+        driver.setTimeout(0);
+        QCOMPARE(driver.timeout(), 5000);
+    }
+
     void openAfterItsAnswer()
     {
         DialogDriver driver;
@@ -353,6 +437,21 @@ private Q_SLOTS:
             DialogDriver driver;
             driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
             dialog.open();
+        }
+        QVERIFY(!dialog.isVisible());
+    }
+
+    void blockedAtTheEnd()
+    {
+        SaveChanges dialog;
+        dialog.setModal(false);
+        QInputDialog other;
+        other.setWindowTitle(QStringLiteral("Name"));
+        {
+            DialogDriver driver;
+            driver.expect(QStringLiteral("save-changes"));
+            dialog.show();
+            other.open();
         }
         QVERIFY(!dialog.isVisible());
     }

@@ -443,7 +443,63 @@ private Q_SLOTS:
         QCOMPARE(execDialog(), QStringLiteral("Save"));
     }
 
+    void whatCameBeforeAnotherDriverIsAnsweredAfterIt()
+    {
+        DialogDriver first;
+        first.expect(identifier()).click(QStringLiteral("Save"));
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        addButtons(dialog);
+        dialog.show();
+        {
+            const DialogDriver second;
+            QCoreApplication::processEvents();
+            QVERIFY(dialog.isVisible());
+        }
+        QVERIFY(first.wait());
+        QCOMPARE(clickedButtonOf(dialog), QStringLiteral("Save"));
+    }
+
+    void whatClosesInTheTimeOfAnotherDriverMayComeAgain()
+    {
+        DialogDriver first;
+        first.expect(identifier()).run([](QMessageBox& box) {
+            const DialogDriver second;
+            box.done(0);
+        });
+        first.expect(identifier()).click(QStringLiteral("Save"));
+        QMessageBox box;
+        box.setObjectName(identifier());
+        addButtons(box);
+        box.exec();
+        box.exec();
+        QCOMPARE(clickedButtonOf(box), QStringLiteral("Save"));
+        QCOMPARE(first.identifiers().size(), 2);
+    }
+
     // Destruction
+
+    void aDriverMayEndWhenABoxCloses_data()
+    {
+        QTest::addColumn<Instruct>("instruct");
+        QTest::newRow("click") << Instruct([](auto& box) { box.click(QStringLiteral("Save")); });
+        QTest::newRow("key") << Instruct([](auto& box) { box.pressEscape(); });
+        QTest::newRow("closing the window") << Instruct([](auto& box) { box.closeWindow(); });
+    }
+
+    void aDriverMayEndWhenABoxCloses()
+    {
+        QFETCH(const Instruct, instruct);
+        auto driver = std::make_unique<DialogDriver>();
+        instruct(driver->expect(identifier()));
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        addButtons(dialog);
+        connect(&dialog, &QDialog::finished, this, [&] { driver.reset(); });
+        dialog.exec();
+        QVERIFY(!driver);
+        QVERIFY(dialog.clickedButton());
+    }
 
     void aBoxMayBeDestroyedWhileItIsAnswered_data()
     {

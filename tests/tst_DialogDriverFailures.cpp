@@ -106,6 +106,9 @@ private Q_SLOTS:
                               QStringLiteral("  buttons: \"OK\"")})));
         add("unexpectedAndGoneAtOnce", unexpected(description()));
         add("unexpectedAndStubborn", unexpected(description()));
+        add("unexpectedAndDueLater", unexpected(description()));
+        add("screenshotThatCannotBeWritten", unexpected(description()));
+        add("driverEndedByADismissal", unexpected(description()));
 
         add("neverCame",
             QStringLiteral("The expected dialog \"save-changes\" has not come.\nNo dialog has come."));
@@ -127,6 +130,8 @@ private Q_SLOTS:
                  QStringLiteral("  buttons: custom ones \"Save\", \"Cancel\" where Save|Cancel was expected"),
                  QStringLiteral("  default button: \"Save\" where \"Cancel\" was expected"),
                  QStringLiteral("  primary button: \"Save\" where \"Cancel\" was expected")}));
+        add("differsAndGoneAtOnce",
+            differs({QStringLiteral("  title: \"Unsaved changes\" where \"Changes\" was expected")}));
         add("plainBoxDiffers",
             lines({QStringLiteral("The dialog without identifier differs from what was expected:"),
                    QStringLiteral("  buttons: Yes|No where Ok was expected"),
@@ -137,7 +142,8 @@ private Q_SLOTS:
             add(function, QStringLiteral("The dialog \"save-changes\" %1.").arg(QLatin1String(problem)));
         };
         says("noSuchButton", R"(has no button "Sav"; its buttons are "Save", "Cancel")");
-        says("noSuchStandardButton", R"(has no button Save; its buttons are "Save", "Cancel")");
+        says("noSuchStandardButton",
+             R"(has no button with the standard value Save; its buttons are "Save", "Cancel")");
         says("noSuchRole", R"(has no button with HelpRole; its buttons are "Save", "Cancel")");
         says("severalButtonsOfARole",
              R"(has 2 buttons with AcceptRole; its buttons are "Save", "Save a copy", "Cancel")");
@@ -149,6 +155,14 @@ private Q_SLOTS:
         says("coveredButton", "cannot be answered: the button \"Save\" is covered");
         says("closedBeforeItsAnswer", "has closed before a click on \"Save\"");
         says("destroyedBeforeItsAnswer", "has closed before the close of its window");
+        says("destroyedBeforeItsChecks", "has been destroyed before it was checked");
+        says("throwingAnException", "is given up, since the test's code has thrown \"no such file\"");
+        says("throwingSomethingElse", "is given up, since the test's code has thrown an exception");
+        says("blockedAtTheEnd",
+             "is still open at the end of its driver, blocked by a QInputDialog titled \"Name\"");
+        says("driverEndedByItsAnswer",
+             "is still open at the end of its driver. Call wait() before, for boxes that are opened without "
+             "blocking");
         says("openAtTheEnd",
              "is still open at the end of its driver. Call wait() before, for boxes that are opened without "
              "blocking");
@@ -166,6 +180,9 @@ private Q_SLOTS:
         add("blockedByAnotherDialog",
             QStringLiteral(
                 "Nothing has happened for 2000 ms while a QInputDialog titled \"Name\" was open."));
+
+        add("negativeTimes", QStringLiteral("A dialog cannot be expected -1 times."));
+        add("noTimeOut", QStringLiteral("A time-out of 0 ms would end nothing."));
 
         add("preprocessorLeftBehind",
             QStringLiteral(
@@ -216,7 +233,8 @@ private Q_SLOTS:
         QVERIFY(outcome.hasCrashed);
         QVERIFY2(outcome.output.contains(QStringLiteral(
                      "The expected dialog \"save-changes\" has not come.\nNo dialog has come.\n(No test "
-                     "function of QtTest runs, and no failure handler is set.)\n")),
+                     "function of QtTest runs, and no failure handler is set. GoogleTest needs "
+                     "reportFailuresToGoogleTest(), any other framework setFailureHandler().)\n")),
                  qPrintable(outcome.output));
     }
 
