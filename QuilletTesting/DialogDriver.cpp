@@ -655,11 +655,13 @@ private:
     QString stateOf(const Showing& showing) const
     {
         const ExpectationData* const expectation = showing.expectation;
+        if (expectation && showing.isBusy && showing.nextStep <= expectation->steps.size())
+            return QStringLiteral(" during ") + expectation->steps[showing.nextStep - 1].name;
         if (expectation && showing.nextStep > expectation->steps.size())
             return QStringLiteral(" after the key Esc");
         if (expectation && expectation->hasAnswer() && showing.nextStep == expectation->steps.size())
             return QStringLiteral(" after ") + expectation->steps.back().name;
-        const QString blocker = blockerOf(showing);
+        QString blocker = blockerOf(showing);
         if (!blocker.isEmpty())
             return blocker;
         if (!isOnScreen(*showing.box()))

@@ -398,6 +398,18 @@ private Q_SLOTS:
         QCOMPARE(dialog.clickedButton(), dialog.cancel);
     }
 
+    void openDuringItsAnswer()
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.expect(QStringLiteral("save-changes")).run([](QMessageBox& box) {
+            QEventLoop loop;
+            connect(&box, &QDialog::finished, &loop, &QEventLoop::quit);
+            loop.exec();
+        });
+        SaveChanges().exec();
+    }
+
     void openAfterEscape()
     {
         DialogDriver driver;

@@ -172,6 +172,11 @@ private Q_SLOTS:
                        "Nothing has happened for 2000 ms while the dialog \"save-changes\" was open after "
                        "a click on \"Save\"."),
                    description()}));
+        add("openDuringItsAnswer",
+            lines({QStringLiteral(
+                       "Nothing has happened for 2000 ms while the dialog \"save-changes\" was open during "
+                       "a call of the test's code."),
+                   description()}));
         add("openAfterEscape",
             lines({QStringLiteral(
                        "Nothing has happened for 2000 ms while the dialog without identifier was open "
