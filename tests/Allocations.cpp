@@ -221,6 +221,7 @@ void* allocateOrFail(const Allocate& allocate)
 
 } // namespace
 
+// Their parameters are named as glibc names them.
 #    define REPLACEMENT extern "C" __attribute__((visibility("default")))
 
 REPLACEMENT void* malloc(std::size_t size) noexcept
@@ -228,25 +229,25 @@ REPLACEMENT void* malloc(std::size_t size) noexcept
     return allocateOrFail([&] { return realMalloc(size); });
 }
 
-REPLACEMENT void free(void* memory) noexcept
+REPLACEMENT void free(void* ptr) noexcept
 {
-    realFree(givenBack(memory));
+    realFree(givenBack(ptr));
 }
 
-REPLACEMENT void* calloc(std::size_t count, std::size_t size) noexcept
+REPLACEMENT void* calloc(std::size_t nmemb, std::size_t size) noexcept
 {
     static auto* const function = next<void*(std::size_t, std::size_t)>("calloc");
-    return allocateOrFail([&] { return function(count, size); });
+    return allocateOrFail([&] { return function(nmemb, size); });
 }
 
-REPLACEMENT void* realloc(void* memory, std::size_t size) noexcept
+REPLACEMENT void* realloc(void* ptr, std::size_t size) noexcept
 {
     static auto* const function = next<void*(void*, std::size_t)>("realloc");
     return allocateOrFail([&] {
-        givenBack(memory);
-        void* const moved = function(memory, size);
+        givenBack(ptr);
+        void* const moved = function(ptr, size);
         if (!moved && size > 0)
-            taken(memory);
+            taken(ptr);
         return moved;
     });
 }
@@ -262,10 +263,10 @@ REPLACEMENT void* aligned_alloc(std::size_t alignment, std::size_t size) noexcep
     return memalign(alignment, size);
 }
 
-REPLACEMENT int posix_memalign(void** memory, std::size_t alignment, std::size_t size) noexcept
+REPLACEMENT int posix_memalign(void** memptr, std::size_t alignment, std::size_t size) noexcept
 {
-    *memory = memalign(alignment, size);
-    return *memory ? 0 : ENOMEM;
+    *memptr = memalign(alignment, size);
+    return *memptr ? 0 : ENOMEM;
 }
 
 #endif
@@ -314,6 +315,7 @@ bool countsMalloc()
 
 FailureCount failEach(const std::function<Outcome(std::size_t n)>& attempt)
 {
+    cacheNoPixmaps();
     FailureCount count;
     // The first round fills what the process makes once and keeps, such as caches of Qt.
     for (const bool counts : {false, true}) {
