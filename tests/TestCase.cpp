@@ -86,6 +86,12 @@ QAbstractButton* buttonOf(const QMessageBox& box, const QString& text)
     return nullptr;
 }
 
+int rounds(int count)
+{
+    const int divisor = std::max(qEnvironmentVariableIntValue("QUILLET_TEST_ROUNDS_DIVISOR"), 1);
+    return std::max(count / divisor, 1);
+}
+
 void prepareTestEnvironment()
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

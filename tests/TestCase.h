@@ -31,6 +31,10 @@ void whenModal(std::function<void(QMessageBox&)> answer);
 /// The button of \a box that shows \a text, mnemonics left out; null if there is none.
 QAbstractButton* buttonOf(const QMessageBox& box, const QString& text);
 
+/// How often to repeat what a test repeats \a count times: as often, or less often by the divisor that
+/// QUILLET_TEST_ROUNDS_DIVISOR names, for a run under a tool that slows it down; at least once.
+int rounds(int count);
+
 /// Chooses the offscreen platform, unless QT_QPA_PLATFORM names another. Call it before QApplication is made.
 void prepareTestEnvironment();
 

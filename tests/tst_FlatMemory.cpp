@@ -29,10 +29,11 @@ void accept(QWidget& parent)
 // Makes \a cycle run until Qt has filled its caches, and then often. The process must then hold exactly as
 // many blocks as before, and of the same size but for the few bytes by which malloc() rounds.
 template <typename Cycle>
-void compareHeap(int cycles, const Cycle& cycle)
+void compareHeap(int count, const Cycle& cycle)
 {
-    const auto run = [&cycle](int count) {
-        for (int i = 0; i < count; ++i) {
+    const int cycles = rounds(count);
+    const auto run = [&cycle](int times) {
+        for (int i = 0; i < times; ++i) {
             cycle(i);
             if (i % 20 == 19)
                 settle();

@@ -187,7 +187,7 @@ private Q_SLOTS:
     void thousandsOfLoadsLeaveTheHeapAsItWas()
     {
         // What measures coverage keeps three blocks for each library that is unloaded.
-        const int cycles = countsMalloc() ? 2000 : 50; // a sanitizer takes long to load a library
+        const int cycles = rounds(countsMalloc() ? 2000 : 50); // a sanitizer takes long to load a library
         const std::size_t kept = qEnvironmentVariableIsSet("LLVM_PROFILE_FILE") ? std::size_t(cycles) * 3 : 0;
         const auto cycle = [](bool shows) {
             QLibrary module(module_file);

@@ -56,7 +56,8 @@ private Q_SLOTS:
     {
         QFETCH(int, style);
         std::mt19937 random(20261121u + uint(style));
-        for (int i = 0; i < texts_of_each_style && !QTest::currentTestFailed(); ++i)
+        const int count = rounds(texts_of_each_style);
+        for (int i = 0; i < count && !QTest::currentTestFailed(); ++i)
             compare(randomPathData(pathDataStyles()[style], random));
     }
 
@@ -80,7 +81,8 @@ private Q_SLOTS:
     void bothReadersAgreeOnRandomDoubles()
     {
         std::mt19937_64 random(7);
-        for (int i = 0; i < 200000 && !QTest::currentTestFailed(); ++i) {
+        const int count = rounds(200000);
+        for (int i = 0; i < count && !QTest::currentTestFailed(); ++i) {
             const quint64 bits = random();
             double number = 0;
             std::memcpy(&number, &bits, sizeof number);

@@ -27,6 +27,19 @@ private Q_SLOTS:
         qWarning("announced");
     }
 
+    void roundsAreDividedWhereTheEnvironmentSaysSo()
+    {
+        const char* const variable = "QUILLET_TEST_ROUNDS_DIVISOR";
+        const QByteArray outer = qgetenv(variable);
+        const auto restore =
+            qScopeGuard([&] { outer.isNull() ? qunsetenv(variable) : qputenv(variable, outer); });
+        qunsetenv(variable);
+        QCOMPARE(rounds(1000), 1000);
+        qputenv(variable, "50");
+        QCOMPARE(rounds(1000), 20);
+        QCOMPARE(rounds(10), 1);
+    }
+
     void carelessCasesFail_data()
     {
         QTest::addColumn<QString>("testCase");
