@@ -164,6 +164,14 @@ private Q_SLOTS:
         QCOMPARE(read("out.svg"), QByteArray("as it was"));
     }
 
+    void aFileNameIsSaidAsItIs()
+    {
+        write("100%2.svg", lossy);
+        const Run run = runProgram({QStringLiteral("check"), QStringLiteral("100%2.svg")});
+        QVERIFY2(run.out.contains(QStringLiteral("\n100%2.svg:1:84: lost: <rect> is ignored [shape]; ")),
+                 qPrintable(run.out));
+    }
+
     void hugeFilesAreNotRead()
     {
         QFile file(path("huge.svg"));

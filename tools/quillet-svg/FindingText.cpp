@@ -28,11 +28,15 @@ QString onOneLine(const QString& text)
 
 QString lineFor(const QString& fileName, const Finding& finding)
 {
+    // In one go: what is filled in may hold "%1" itself.
     return QStringLiteral("%1:%2:%3: %4: %5 [%6]; %7")
-        .arg(fileName)
-        .arg(finding.position.line)
-        .arg(finding.position.column)
-        .arg(wordFor(finding.weight), onOneLine(finding.message), finding.rule, finding.advice);
+        .arg(fileName,
+             QString::number(finding.position.line),
+             QString::number(finding.position.column),
+             wordFor(finding.weight),
+             onOneLine(finding.message),
+             finding.rule,
+             finding.advice);
 }
 
 QJsonObject jsonFor(const Finding& finding)

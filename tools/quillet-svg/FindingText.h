@@ -5,7 +5,7 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>
 
-/// "FILE:LINE:COLUMN: lost: what was found (rule); what to do", as compilers write it.
+/// "FILE:LINE:COLUMN: lost: what was found [rule]; what to do", as compilers write it.
 QString lineFor(const QString& fileName, const Finding& finding);
 
 QJsonObject jsonFor(const Finding& finding);
