@@ -54,6 +54,15 @@ private Q_SLOTS:
         row("image", "<image href='a.png'/>", "lost 2:1 image");
         row("style sheet in defs", "<defs><style>path{fill:red}</style></defs>", "lost 2:7 style-sheet");
         row("prefixed name", "<svg:path d='M0 0h9'/>", "lost 2:1 prefix");
+        row("shape with a prefix",
+            "<s:rect xmlns:s='http://www.w3.org/2000/svg' width='9' height='9'/>",
+            "lost 2:1 shape");
+        row("path with a prefix of its own",
+            "<s:path xmlns:s='http://www.w3.org/2000/svg' d='M0 0h9'/>",
+            "lost 2:1 prefix");
+        row("unknown element", "<flowRoot/>", "lost 2:1 unknown-element");
+        row("element that draws nothing", "<linearGradient/><view/>", "");
+        row("style sheet in another file", "<?xml-stylesheet href='a.css'?>", "lost 2:1 style-sheet");
         row("foreign element", "<x:rect width='9'/>", "");
         row("animation", "<path d='M0 0h9'><animate/></path>", "");
 

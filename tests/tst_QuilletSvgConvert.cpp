@@ -183,6 +183,18 @@ private Q_SLOTS:
             "<svg x='10' y='20' width='50' height='50' viewBox='0 0 10 10'><rect width='5' height='5' "
             "fill='red'/></svg>",
             "<rect x='10' y='20' width='25' height='25' fill='red'/>");
+        row("symbol as large as the document",
+            "<symbol id='a' viewBox='0 0 10 10'><rect width='5' height='5' fill='red'/></symbol>"
+            "<use xlink:href='#a'/>",
+            "<rect width='50' height='50' fill='red'/>");
+        row("inner document in percent",
+            "<svg x='10px' y='10%' width='50%' height='50%' viewBox='0 0 10 10'>"
+            "<svg viewBox='0 0 20 20'><rect width='20' height='10' fill='red'/></svg></svg>",
+            "<rect x='10' y='10' width='50' height='25' fill='red'/>");
+        row("view box far away",
+            "<svg width='50' height='50' viewBox='1234567.5 7654321.5 10 10'>"
+            "<rect x='1234567.5' y='7654321.5' width='10' height='10' fill='red'/></svg>",
+            red);
         row("foreign element",
             "<rect width='50' height='50' fill='red'/><x:rect xmlns:x='urn:x' width='90' height='90'/>",
             red);
@@ -283,6 +295,11 @@ private Q_SLOTS:
         row("style-transform", "<rect style='transform:scale(2)' width='9' height='9'/>");
         row("unknown-property", "<rect style='mix-blend-mode:multiply' width='9' height='9'/>");
         row("unknown-property", "<rect paint-order='stroke' width='9' height='9'/>");
+        row("text", "<defs><text id='a'>t</text></defs><use xlink:href='#a'/>");
+        row("text", "<symbol id='a'><g><text>t</text></g></symbol><use xlink:href='#a'/>");
+        row("unknown-element", "<flowRoot><flowPara>t</flowPara></flowRoot>");
+        row("color", "<rect fill='var(--a, red)' width='9' height='9'/>");
+        row("color", "<rect style='stroke:oklch(60% .2 30)' width='9' height='9'/>");
         row("font-unit", "<rect width='3em' height='9'/>");
     }
 
@@ -300,6 +317,25 @@ private Q_SLOTS:
         QCOMPARE(lost, QStringList{rule});
         Quillet::PainterPathContainer picture;
         QVERIFY(Quillet::parseSvg(conversion.text, picture));
+    }
+
+    void saysThatAStyleSheetInAnotherFileIsNotRead()
+    {
+        const Conversion conversion =
+            convertSvg(QStringLiteral("<?xml version='1.0'?>\n <?xml-stylesheet href='a.css'?>\n<svg/>"));
+        QCOMPARE(conversion.losses.size(), 1);
+        QCOMPARE(conversion.losses.first().rule, QStringLiteral("style-sheet"));
+        QCOMPARE(conversion.losses.first().position.line, 2);
+        QCOMPARE(conversion.losses.first().position.column, 2);
+    }
+
+    void namesSelectorsThatQtFollows()
+    {
+        const Conversion conversion =
+            convertSvg(document("<style>g rect{fill:red}</style><g><rect width='9' height='9'/></g>"));
+        QCOMPARE(conversion.losses.size(), 1);
+        QCOMPARE(conversion.losses.first().weight, Finding::Note);
+        QCOMPARE(conversion.losses.first().rule, QStringLiteral("selector"));
     }
 
     void aGradientBecomesItsMeanColour()

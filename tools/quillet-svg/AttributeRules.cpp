@@ -1,5 +1,7 @@
 #include "AttributeRules.h"
 
+#include "Names.h"
+
 #include <algorithm>
 
 namespace {
@@ -142,5 +144,7 @@ Ignored ignoredProperty(const QString& name, const QString& value)
 
 Ignored ignoredElement(const QString& name)
 {
+    if (!isElementOfSvg(name))
+        return {Finding::Lost, QStringLiteral("unknown-element"), QString::fromUtf8(draw)};
     return find(elements, name, "ignored-element");
 }

@@ -2,6 +2,7 @@
 
 #include "AttributeRules.h"
 #include "Frame.h"
+#include "Names.h"
 #include "PathDataCheck.h"
 #include "PresentationCheck.h"
 #include "Style.h"
@@ -19,7 +20,7 @@ class Checker
 {
 public:
     Checker(const XmlTree& tree, const Quillet::PainterPathContainer& picture)
-        : m_elements(tree.elements()), m_picture(picture)
+        : m_elements(tree.elements()), m_links(tree.styleSheetLinks()), m_picture(picture)
     {
     }
 
@@ -27,6 +28,13 @@ public:
     {
         if (!checkRoot())
             return m_findings;
+        for (const Position& link : m_links) {
+            say(Finding::Lost,
+                link,
+                QStringLiteral("style-sheet"),
+                QStringLiteral("the style sheet in another file is not read"),
+                QStringLiteral("write the properties as attributes"));
+        }
         checkElement(0, Presentation());
         return m_findings;
     }
@@ -226,24 +234,24 @@ private:
 
     void checkIgnored(const XmlElement& element)
     {
+        const int self = int(&element - m_elements.constData());
         const QString local = localName(element.name);
-        const bool prefixed = local != element.name;
+        // "svg:" is often left undeclared.
+        const bool foreign = isForeign(m_elements, self) && !element.name.startsWith(QLatin1String("svg:"));
         Ignored ignored = ignoredElement(local);
         QString message = QStringLiteral("<%1> is ignored").arg(element.name);
-        if (prefixed && element.name.startsWith(QLatin1String("svg:"))
-            && (local == QLatin1String("path") || local == QLatin1String("g"))) {
+        if (foreign) {
+            ignored = {Finding::Note, QStringLiteral("foreign"), QStringLiteral("nothing needs be done")};
+        } else if (local != element.name && isOneOf(local, {"path", "g"})) {
             ignored = {Finding::Lost,
                        QStringLiteral("prefix"),
                        QStringLiteral("take the prefix out, or run “quillet-svg convert”")};
             message += QStringLiteral(", because its name has a prefix");
-        } else if (prefixed) {
-            ignored.weight = Finding::Note;
-        } else if (element.end - int(&element - m_elements.constData()) > 1) {
+        } else if (element.end - self > 1) {
             message += QStringLiteral(", with everything in it");
         }
         say(ignored.weight, element.position, ignored.rule, message, ignored.advice);
         // A style sheet acts from wherever it stands.
-        const int self = int(&element - m_elements.constData());
         for (int i = self + 1; i < element.end; ++i) {
             if (localName(m_elements[i].name) == QLatin1String("style")) {
                 const Ignored style = ignoredElement(QStringLiteral("style"));
@@ -257,6 +265,7 @@ private:
     }
 
     const QVector<XmlElement>& m_elements;
+    const QVector<Position>& m_links;
     const Quillet::PainterPathContainer& m_picture;
     QVector<Finding> m_findings;
     std::size_t m_shape = 0;
@@ -296,10 +305,6 @@ Check checkSvg(const QString& text)
                                 QStringLiteral("the reader refuses the document"),
                                 QStringLiteral("run “quillet-svg convert”")});
     }
-    std::stable_sort(
-        result.findings.begin(), result.findings.end(), [](const Finding& one, const Finding& other) {
-            return one.position.line != other.position.line ? one.position.line < other.position.line
-                                                            : one.position.column < other.position.column;
-        });
+    sortFindings(result.findings);
     return result;
 }

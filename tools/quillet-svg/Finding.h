@@ -3,6 +3,7 @@
 #include "XmlTree.h"
 
 #include <QtCore/QString>
+#include <QtCore/QVector>
 
 /// Something to say about a place in a document.
 struct Finding
@@ -19,3 +20,7 @@ struct Finding
     QString message; ///< what was found
     QString advice;  ///< what to do about it
 };
+
+/// Puts the findings in the order of the document. What is found in a place more than once, since "use"
+/// repeats it, is said once.
+void sortFindings(QVector<Finding>& findings);

@@ -39,8 +39,17 @@ lossesOfPaint(const Position& position, const Declaration& paint, const Referenc
 {
     const QString id = referenceIn(paint.value);
     const QString advice = QStringLiteral("choose a plain %1").arg(paint.property);
-    if (id.isEmpty())
-        return {};
+    if (id.isEmpty()) {
+        const QString word = paint.value.toLower();
+        if (readColor(word).isValid() || word.startsWith(QLatin1String("url("))
+            || word.contains(QLatin1String("icc-color"))
+            || isOneOf(word, {"none", "currentcolor", "inherit"}))
+            return {};
+        return {lost(position,
+                     "color",
+                     QStringLiteral("“%1” is no colour that is known here").arg(paint.value),
+                     QStringLiteral("write #rrggbb"))};
+    }
     if (references.isGradient(id)) {
         return {lost(position,
                      "gradient",

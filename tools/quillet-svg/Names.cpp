@@ -28,3 +28,33 @@ bool isPicture(const QString& name)
 {
     return isOneOf(name, {"image", "text", "foreignObject", "video", "audio", "iframe", "canvas"});
 }
+
+bool isElementOfSvg(const QString& name)
+{
+    return isShape(name) || isDefinition(name) || isAnimation(name) || isPicture(name)
+           || name.startsWith(QLatin1String("fe")) || name.startsWith(QLatin1String("font"))
+           || name.startsWith(QLatin1String("glyph")) || isOneOf(name, {"svg",
+                                                                        "g",
+                                                                        "a",
+                                                                        "switch",
+                                                                        "style",
+                                                                        "linearGradient",
+                                                                        "radialGradient",
+                                                                        "stop",
+                                                                        "desc",
+                                                                        "filter",
+                                                                        "title",
+                                                                        "color-profile",
+                                                                        "metadata",
+                                                                        "hkern",
+                                                                        "view",
+                                                                        "cursor",
+                                                                        "vkern",
+                                                                        "missing-glyph",
+                                                                        "solidcolor",
+                                                                        "tspan",
+                                                                        "tref",
+                                                                        "textPath",
+                                                                        "link",
+                                                                        "altGlyphDef"});
+}

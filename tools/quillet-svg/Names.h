@@ -16,5 +16,8 @@ bool isDefinition(const QString& name);
 
 bool isAnimation(const QString& name);
 
+/// Whether SVG 1.1 has such an element, or a later edition one that draws nothing by itself.
+bool isElementOfSvg(const QString& name);
+
 /// Whether it draws what is no path.
 bool isPicture(const QString& name);

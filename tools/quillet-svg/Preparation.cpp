@@ -14,32 +14,6 @@
 
 namespace {
 
-/// The transform that places what is in \a content, which has the view box, where \a outer says.
-QString placeOf(const XmlElement& outer, const XmlElement& content)
-{
-    const auto length = [&](const char* name) {
-        const QString value = outer.attribute(QLatin1String(name));
-        return value.isEmpty() ? content.attribute(QLatin1String(name)) : value;
-    };
-    QString transform = QStringLiteral(" translate(%1 %2)")
-                            .arg(outer.attribute(QStringLiteral("x")).toDouble())
-                            .arg(outer.attribute(QStringLiteral("y")).toDouble());
-    const Frame frame = readFrame(length("width"),
-                                  length("height"),
-                                  content.attribute(QStringLiteral("viewBox")),
-                                  content.attribute(QStringLiteral("preserveAspectRatio")));
-    if (!frame.viewBox.isNull() && !frame.isIdentity()) {
-        transform += QStringLiteral(" translate(%1 %2) scale(%3 %4) translate(%5 %6)")
-                         .arg(frame.target.x())
-                         .arg(frame.target.y())
-                         .arg(frame.target.width() / frame.viewBox.width(), 0, 'g', 12)
-                         .arg(frame.target.height() / frame.viewBox.height(), 0, 'g', 12)
-                         .arg(-frame.viewBox.x())
-                         .arg(-frame.viewBox.y());
-    }
-    return transform;
-}
-
 /// Sets a property that is there, or adds it.
 void set(QVector<Declaration>& properties, const QString& name, const QString& value)
 {
@@ -55,15 +29,26 @@ void set(QVector<Declaration>& properties, const QString& name, const QString& v
 class Preparer
 {
 public:
-    Preparer(const QVector<XmlElement>& elements, const References& references)
-        : m_elements(elements), m_references(references), m_writer(&m_result.text)
+    Preparer(const XmlTree& tree, const References& references)
+        : m_elements(tree.elements()),
+          m_links(tree.styleSheetLinks()),
+          m_references(references),
+          m_writer(&m_result.text)
     {
     }
 
     Preparation prepare()
     {
+        for (const Position& link : m_links) {
+            m_result.findings.append({Finding::Lost,
+                                      link,
+                                      QStringLiteral("style-sheet"),
+                                      QStringLiteral("the style sheet in another file is not read"),
+                                      QStringLiteral("put it into the file, as <style>")});
+        }
         readStyleSheets();
         write(0);
+        sortFindings(m_result.findings);
         return m_result;
     }
 
@@ -85,6 +70,7 @@ private:
         for (const XmlElement& each : m_elements) {
             if (localName(each.name) != QLatin1String("style"))
                 continue;
+            const int before = m_styleSheet.rest().size();
             m_styleSheet.add(each.text);
             const QRegularExpressionMatch match = atRule.match(each.text);
             if (match.hasMatch()) {
@@ -93,26 +79,22 @@ private:
                     "style-sheet",
                     QStringLiteral("the rule %1 of a style sheet is not followed").arg(match.captured(0)),
                     QStringLiteral("write what it says as attributes"));
+            } else if (m_styleSheet.rest().size() > before) {
+                say(Finding::Note,
+                    each,
+                    "selector",
+                    QStringLiteral("a selector of a style sheet names more than one element; attributes win "
+                                   "over what it says"),
+                    QStringLiteral("give the elements a class, and name that"));
             }
         }
-    }
-
-    bool isForeign(int i) const
-    {
-        const QString& name = element(i).name;
-        const int colon = name.indexOf(QLatin1Char(':'));
-        const QString declaration =
-            colon < 0 ? QStringLiteral("xmlns") : QStringLiteral("xmlns:") + name.left(colon);
-        for (int at = i; at >= 0; at = element(at).parent) {
-            if (const XmlAttribute* found = element(at).find(declaration))
-                return found->value != QLatin1String("http://www.w3.org/2000/svg");
-        }
-        return colon >= 0;
     }
 
     bool isDrawn(int i) const
     {
         for (int at = i; at >= 0; at = element(at).parent) {
+            if (m_references.isUsed(at))
+                return true;
             if (isDefinition(localName(element(at).name)))
                 return false;
         }
@@ -124,7 +106,7 @@ private:
     {
         const XmlElement& now = element(i);
         const QString name = localName(now.name);
-        if (isForeign(i)
+        if (isForeign(m_elements, i)
             || isOneOf(name, {"style", "metadata", "title", "desc", "filter", "cursor", "font", "font-face"}))
             return false;
         if (isAnimation(name)) {
@@ -133,6 +115,16 @@ private:
                 "animation",
                 QStringLiteral("<%1> is not followed; the drawing is as without it").arg(name),
                 QStringLiteral("nothing needs be done"));
+            return false;
+        }
+        if (!isElementOfSvg(name)) {
+            if (isDrawn(i)) {
+                say(Finding::Lost,
+                    now,
+                    "unknown-element",
+                    QStringLiteral("<%1> is left out").arg(name),
+                    QStringLiteral("draw what it does with paths"));
+            }
             return false;
         }
         if (isPicture(name)) {
@@ -147,7 +139,10 @@ private:
             }
             return false;
         }
-        if (name == QLatin1String("use") && m_references.targetOf(now) < 0) {
+        if (name != QLatin1String("use"))
+            return true;
+        const int target = m_references.targetOf(now);
+        if (target < 0) {
             say(Finding::Lost,
                 now,
                 "use",
@@ -155,7 +150,72 @@ private:
                 QStringLiteral("put what it stands for into the file"));
             return false;
         }
-        return true;
+        // What is not kept is named where it stands.
+        const QString repeated = localName(element(target).name);
+        return isElementOfSvg(repeated) && !isPicture(repeated);
+    }
+
+    /// The size that percentages inside of the element \a i are of; empty if it is not known.
+    QSizeF viewportIn(int i) const
+    {
+        for (int at = i; at >= 0; at = element(at).parent) {
+            const XmlElement& now = element(at);
+            const bool isSvg = localName(now.name) == QLatin1String("svg");
+            if (!isSvg && localName(now.name) != QLatin1String("symbol"))
+                continue;
+            const QRectF viewBox = readFrame({}, {}, now.attribute(QStringLiteral("viewBox")), {}).viewBox;
+            if (!viewBox.isNull())
+                return viewBox.size();
+            if (isSvg)
+                return at == 0 ? frameOf(now, now, {}).size : frameOf(now, now, viewportIn(now.parent)).size;
+        }
+        return {};
+    }
+
+    /// The frame of \a content, which has the view box, where \a outer says. What neither says is as large as
+    /// \a viewport (SVG 1.1, 5.1.2 and 5.6).
+    static Frame frameOf(const XmlElement& outer, const XmlElement& content, const QSizeF& viewport)
+    {
+        const auto length = [&](const char* name, double whole) {
+            QString value = outer.attribute(QLatin1String(name));
+            if (value.isEmpty())
+                value = content.attribute(QLatin1String(name));
+            if (value.isEmpty())
+                value = QStringLiteral("100%");
+            if (!value.endsWith(QLatin1Char('%')))
+                return value;
+            return QString::number(value.chopped(1).toDouble() / 100 * whole, 'g', 12);
+        };
+        return readFrame(length("width", viewport.width()),
+                         length("height", viewport.height()),
+                         content.attribute(QStringLiteral("viewBox")),
+                         content.attribute(QStringLiteral("preserveAspectRatio")));
+    }
+
+    /// The transform that places what is in \a content, which has the view box, where \a outer says.
+    QString placeOf(const XmlElement& outer, const XmlElement& content) const
+    {
+        const auto text = [](double number) { return QString::number(number, 'g', 12); };
+        const QSizeF viewport = viewportIn(outer.parent);
+        const auto offset = [&](const char* name, double whole) {
+            const QString value = outer.attribute(QLatin1String(name));
+            return value.endsWith(QLatin1Char('%')) ? value.chopped(1).toDouble() / 100 * whole
+                                                    : absoluteLength(value);
+        };
+        QString transform =
+            QStringLiteral(" translate(%1 %2)")
+                .arg(text(offset("x", viewport.width())), text(offset("y", viewport.height())));
+        const Frame frame = frameOf(outer, content, viewport);
+        if (!frame.viewBox.isNull() && !frame.isIdentity()) {
+            transform += QStringLiteral(" translate(%1 %2) scale(%3 %4) translate(%5 %6)")
+                             .arg(text(frame.target.x()),
+                                  text(frame.target.y()),
+                                  text(frame.target.width() / frame.viewBox.width()),
+                                  text(frame.target.height() / frame.viewBox.height()),
+                                  text(-frame.viewBox.x()),
+                                  text(-frame.viewBox.y()));
+        }
+        return transform;
     }
 
     void write(int i)
@@ -269,6 +329,7 @@ private:
     }
 
     const QVector<XmlElement>& m_elements;
+    const QVector<Position>& m_links;
     const References& m_references;
     Preparation m_result;
     QXmlStreamWriter m_writer;
@@ -286,5 +347,5 @@ Preparation prepareForQt(const XmlTree& tree)
         failed.errorPosition = references.errorPosition();
         return failed;
     }
-    return Preparer(tree.elements(), references).prepare();
+    return Preparer(tree, references).prepare();
 }

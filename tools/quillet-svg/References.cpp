@@ -17,6 +17,11 @@ References::References(const QVector<XmlElement>& elements)
         if (!id.isEmpty() && !m_ids.contains(id))
             m_ids.insert(id, i);
     }
+    for (const XmlElement& each : elements) {
+        const int target = localName(each.name) == QLatin1String("use") ? targetOf(each) : -1;
+        if (target >= 0)
+            m_used.insert(target);
+    }
     measure();
 }
 

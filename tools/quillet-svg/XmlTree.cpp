@@ -133,6 +133,9 @@ XmlTree::XmlTree(const QString& text)
             }
             open.append(m_elements.size());
             m_elements.append(element);
+        } else if (token == QXmlStreamReader::ProcessingInstruction
+                   && reader.processingInstructionTarget() == QLatin1String("xml-stylesheet")) {
+            m_styleSheetLinks.append(positions.at(text.lastIndexOf(QLatin1String("<?"), offset - 1)));
         } else if (token == QXmlStreamReader::EndElement) {
             m_elements[open.takeLast()].end = m_elements.size();
         } else if (token == QXmlStreamReader::Characters && !open.isEmpty() && !reader.isWhitespace()) {
@@ -160,6 +163,19 @@ Position positionInValue(const XmlAttribute& attribute, int offset)
             ++position.column;
     }
     return position;
+}
+
+bool isForeign(const QVector<XmlElement>& elements, int i)
+{
+    const QString& name = elements[i].name;
+    const int colon = name.indexOf(QLatin1Char(':'));
+    const QString declaration =
+        colon < 0 ? QStringLiteral("xmlns") : QStringLiteral("xmlns:") + name.left(colon);
+    for (int at = i; at >= 0; at = elements[at].parent) {
+        if (const XmlAttribute* found = elements[at].find(declaration))
+            return found->value != QLatin1String("http://www.w3.org/2000/svg");
+    }
+    return colon >= 0;
 }
 
 QString localName(const QString& name)

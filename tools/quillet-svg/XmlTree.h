@@ -42,18 +42,25 @@ public:
 
     const QVector<XmlElement>& elements() const { return m_elements; }
 
+    /// The instructions "xml-stylesheet".
+    const QVector<Position>& styleSheetLinks() const { return m_styleSheetLinks; }
+
     /// What is wrong with the XML; empty if nothing is.
     const QString& error() const { return m_error; }
     Position errorPosition() const { return m_errorPosition; }
 
 private:
     QVector<XmlElement> m_elements;
+    QVector<Position> m_styleSheetLinks;
     QString m_error;
     Position m_errorPosition;
 };
 
 /// The place of the character at \a offset in the value of \a attribute.
 Position positionInValue(const XmlAttribute& attribute, int offset);
+
+/// Whether the namespace of the element \a i is another one than SVG's. No namespace at all counts as SVG's.
+bool isForeign(const QVector<XmlElement>& elements, int i);
 
 /// What stands behind the colon of a qualified name, or all of it.
 QString localName(const QString& name);
