@@ -175,6 +175,9 @@ private Q_SLOTS:
         row("millimetres",
             "<rect width='25.4mm' height='.5in' fill='red'/>",
             "<rect width='96' height='48' fill='red'/>");
+        row("dashes with units",
+            "<path style='stroke-dasharray:20px, .125in' stroke='red' stroke-width='9' d='M0 20h90'/>",
+            "<path stroke-dasharray='20 12' stroke='red' stroke-width='9' d='M0 20h90'/>");
         row("symbol",
             "<symbol id='a' viewBox='0 0 10 10'><rect width='5' height='5' fill='red'/></symbol>"
             "<use xlink:href='#a' width='50' height='50' x='10' y='20'/>",
@@ -300,6 +303,7 @@ private Q_SLOTS:
         row("unknown-element", "<flowRoot><flowPara>t</flowPara></flowRoot>");
         row("color", "<rect fill='var(--a, red)' width='9' height='9'/>");
         row("color", "<rect style='stroke:oklch(60% .2 30)' width='9' height='9'/>");
+        row("dashes", "<path stroke-dasharray='10% 5' stroke='red' d='M0 0h9'/>");
         row("font-unit", "<rect width='3em' height='9'/>");
     }
 
@@ -336,6 +340,17 @@ private Q_SLOTS:
         QCOMPARE(conversion.losses.size(), 1);
         QCOMPARE(conversion.losses.first().weight, Finding::Note);
         QCOMPARE(conversion.losses.first().rule, QStringLiteral("selector"));
+    }
+
+    void namesTheOpacityOfWhatAUseRepeats()
+    {
+        const Conversion conversion = convertSvg(
+            document("<g id='a'><rect width='9' height='9'/><rect width='5' height='5'/></g>"
+                     "<rect id='b' width='9' height='9'/>"
+                     "<use xlink:href='#b' opacity='.5'/><use xlink:href='#a' opacity='.5' x='20'/>"));
+        QCOMPARE(conversion.losses.size(), 1);
+        QCOMPARE(conversion.losses.first().weight, Finding::Note);
+        QCOMPARE(conversion.losses.first().rule, QStringLiteral("group-opacity"));
     }
 
     void aGradientBecomesItsMeanColour()

@@ -2,6 +2,8 @@
 
 #include "Names.h"
 
+#include <QtCore/QRegularExpression>
+
 namespace {
 
 struct Rule
@@ -65,11 +67,30 @@ lossesOfPaint(const Position& position, const Declaration& paint, const Referenc
              advice}};
 }
 
+/// Whether dashes are measured by the drawing's size or by a font.
+bool hasRelativeDashes(const Declaration& property)
+{
+    static const QRegularExpression relative(QStringLiteral("%|em|ex|ch|v[whm]|\\("));
+    return isOneOf(property.property, {"stroke-dasharray", "stroke-dashoffset"})
+           && relative.match(property.value).hasMatch();
+}
+
 bool isMeasuredByAFont(const Declaration& property)
 {
     return isOneOf(property.property,
                    {"x", "y", "width", "height", "cx", "cy", "r", "rx", "ry", "stroke-width"})
            && (property.value.endsWith(QLatin1String("em")) || property.value.endsWith(QLatin1String("ex")));
+}
+
+/// How many shapes the element itself draws, without those in it; 2 stands for what may be more than one.
+int shapesOf(const QVector<XmlElement>& elements, int element, const References& references)
+{
+    const QString name = localName(elements[element].name);
+    const int target = name == QLatin1String("use") ? references.targetOf(elements[element]) : -1;
+    if (target < 0)
+        return isShape(name) ? 1 : 0;
+    const QString repeated = localName(elements[target].name);
+    return isShape(repeated) && repeated != QLatin1String("use") ? 1 : 2;
 }
 
 } // namespace
@@ -93,6 +114,12 @@ lossesIn(const XmlElement& element, const QVector<Declaration>& properties, cons
                                QStringLiteral("“%1” is measured by a font").arg(each.value),
                                QStringLiteral("write it as a number")));
         }
+        if (hasRelativeDashes(each)) {
+            losses.append(lost(position,
+                               "dashes",
+                               QStringLiteral("dashes of “%1” are drawn otherwise").arg(each.value),
+                               QStringLiteral("write them as numbers")));
+        }
         for (const Rule& rule : ignored) {
             if (each.property == QLatin1String(rule.property)) {
                 losses.append(lost(position,
@@ -105,23 +132,24 @@ lossesIn(const XmlElement& element, const QVector<Declaration>& properties, cons
     return losses;
 }
 
-QVector<Finding>
-lossesByOpacity(const QVector<XmlElement>& elements, const XmlElement& element, double opacity)
+QVector<Finding> lossesByOpacity(const QVector<XmlElement>& elements,
+                                 const XmlElement& element,
+                                 double opacity,
+                                 const References& references)
 {
     if (opacity >= 1 || opacity <= 0)
         return {};
     int shapes = 0;
     const int self = int(&element - elements.constData());
-    for (int i = self + 1; i < element.end; ++i)
-        shapes += isShape(localName(elements[i].name)) ? 1 : 0;
+    for (int i = self; i < element.end; ++i)
+        shapes += shapesOf(elements, i, references);
     if (shapes < 2)
         return {};
     return {
         {Finding::Note,
          element.position,
          QStringLiteral("group-opacity"),
-         QStringLiteral("the opacity of a group goes to each of its %1 shapes; where they overlap, one shows "
-                        "through the other")
-             .arg(shapes),
+         QStringLiteral("the opacity of a group goes to each of its shapes; where they overlap, one shows "
+                        "through the other"),
          QStringLiteral("choose colours that need no opacity, if they overlap")}};
 }

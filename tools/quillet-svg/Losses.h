@@ -11,5 +11,7 @@ QVector<Finding>
 lossesIn(const XmlElement& element, const QVector<Declaration>& properties, const References& references);
 
 /// What an opacity of \a element, one of \a elements, does otherwise than SVG says.
-QVector<Finding>
-lossesByOpacity(const QVector<XmlElement>& elements, const XmlElement& element, double opacity);
+QVector<Finding> lossesByOpacity(const QVector<XmlElement>& elements,
+                                 const XmlElement& element,
+                                 double opacity,
+                                 const References& references);

@@ -322,7 +322,7 @@ private:
             m_writer.writeAttribute(QStringLiteral("transform"), transform.trimmed());
         for (const Declaration& each : qAsConst(properties)) {
             if (each.property == QLatin1String("opacity"))
-                m_result.findings += lossesByOpacity(m_elements, now, each.value.toDouble());
+                m_result.findings += lossesByOpacity(m_elements, now, each.value.toDouble(), m_references);
             if (each.property != QLatin1String("transform"))
                 m_writer.writeAttribute(each.property, each.value);
         }

@@ -56,6 +56,19 @@ void rewriteColors(QVector<Declaration>& properties, const References& reference
     }
 }
 
+/// Dashes as numbers without units, which are what Qt takes.
+QString dashesInPixels(const QString& dashes)
+{
+    static const QRegularExpression separators(QStringLiteral("[\\s,]+"));
+    static const QRegularExpression unit(QStringLiteral("(px|mm|cm|in|pt|pc)$"));
+    QStringList lengths = dashes.split(separators, Qt::SkipEmptyParts);
+    for (QString& length : lengths) {
+        if (unit.match(length).hasMatch())
+            length = QString::number(absoluteLength(length), 'g', 12);
+    }
+    return lengths.join(QLatin1Char(' '));
+}
+
 /// Whether \a segment, which stands behind the move \a move, leads nowhere.
 bool isPoint(const PathSegment& move, const PathSegment& segment)
 {
@@ -98,6 +111,8 @@ void writeInQtsForms(QVector<Declaration>& properties, const References& referen
             each.value = rewrittenPath(each.value);
         else if (each.property.endsWith(QLatin1String("opacity")) && each.value.endsWith(QLatin1Char('%')))
             each.value = QString::number(each.value.chopped(1).toDouble() / 100);
+        else if (each.property == QLatin1String("stroke-dasharray"))
+            each.value = dashesInPixels(each.value);
         else if (absolute.match(each.value).hasMatch())
             each.value = QString::number(absoluteLength(each.value), 'g', 12);
     }
