@@ -175,6 +175,18 @@ private Q_SLOTS:
         row("millimetres",
             "<rect width='25.4mm' height='.5in' fill='red'/>",
             "<rect width='96' height='48' fill='red'/>");
+        row("percentages",
+            "<svg viewBox='0 0 20 10' width='100' height='50'>"
+            "<rect x='10%' y='10%' width='50%' height='50%' fill='red'/></svg>",
+            "<rect x='10' y='5' width='50' height='25' fill='red'/>");
+        row("percentages of the diagonal",
+            "<svg viewBox='0 0 70 10' width='70' height='10'>"
+            "<circle cx='50%' cy='50%' r='8%' fill='red' stroke-width='2%' stroke='blue'/></svg>",
+            "<circle cx='35' cy='5' r='4' fill='red' stroke-width='1' stroke='blue'/>");
+        row("important style",
+            "<style>.a{fill:red !important}</style><rect class='a' style='fill:blue' width='50' "
+            "height='50'/>",
+            red);
         row("dashes with units",
             "<path style='stroke-dasharray:20px, .125in' stroke='red' stroke-width='9' d='M0 20h90'/>",
             "<path stroke-dasharray='20 12' stroke='red' stroke-width='9' d='M0 20h90'/>");

@@ -71,7 +71,7 @@ lossesOfPaint(const Position& position, const Declaration& paint, const Referenc
 bool hasRelativeDashes(const Declaration& property)
 {
     static const QRegularExpression relative(QStringLiteral("%|em|ex|ch|v[whm]|\\("));
-    return isOneOf(property.property, {"stroke-dasharray", "stroke-dashoffset"})
+    return property.property == QLatin1String("stroke-dasharray")
            && relative.match(property.value).hasMatch();
 }
 

@@ -11,6 +11,7 @@
 #include <QtCore/QXmlStreamWriter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -296,11 +297,13 @@ private:
                      && !isOneOf(each.name, {"style", "transform", "xmlns"}))
                 set(properties, each.name, each.value.trimmed());
         }
-        const QVector<Declaration> styles = m_styleSheet.declarations(localName(now.name),
-                                                                      now.attribute(QStringLiteral("id")),
-                                                                      now.attribute(QStringLiteral("class")))
-                                            + readStyle(now.attribute(QStringLiteral("style")));
-        for (const Declaration& each : styles) {
+        QVector<Declaration> styles = m_styleSheet.declarations(localName(now.name),
+                                                                now.attribute(QStringLiteral("id")),
+                                                                now.attribute(QStringLiteral("class")))
+                                      + readStyle(now.attribute(QStringLiteral("style")));
+        std::stable_partition(
+            styles.begin(), styles.end(), [](const Declaration& each) { return !each.isImportant; });
+        for (const Declaration& each : qAsConst(styles)) {
             // Properties since SVG 2 only; in SVG 1.1 these are attributes.
             const bool isAttribute =
                 isOneOf(each.property, {"x", "y", "cx", "cy", "r", "rx", "ry", "width", "height", "d"});
@@ -310,11 +313,34 @@ private:
         return properties;
     }
 
+    /// Percentages are of the width, the height or the diagonal of what the element stands in
+    /// (SVG 1.1, 7.10). Qt's renderer takes them all of the document's width.
+    void resolvePercentages(const XmlElement& now, QVector<Declaration>& properties) const
+    {
+        const bool shape = isShape(localName(now.name));
+        for (Declaration& each : properties) {
+            const bool stroke = isOneOf(each.property, {"stroke-width", "stroke-dashoffset"});
+            if (!each.value.endsWith(QLatin1Char('%')) || !(shape || stroke))
+                continue;
+            const QSizeF viewport = viewportIn(now.parent);
+            double whole = 0;
+            if (isOneOf(each.property, {"x", "cx", "rx", "x1", "x2", "width"}))
+                whole = viewport.width();
+            else if (isOneOf(each.property, {"y", "cy", "ry", "y1", "y2", "height"}))
+                whole = viewport.height();
+            else if (stroke || each.property == QLatin1String("r"))
+                whole = std::hypot(viewport.width(), viewport.height()) / std::sqrt(2);
+            if (whole > 0)
+                each.value = QString::number(each.value.chopped(1).toDouble() / 100 * whole, 'g', 12);
+        }
+    }
+
     /// \a placement comes behind the element's own transform. \a asGroup leaves out what a group has not.
     void writeAttributes(const XmlElement& now, const QString& placement, bool asGroup)
     {
         QVector<Declaration> properties = propertiesOf(now, asGroup);
         m_result.findings += lossesIn(now, properties, m_references);
+        resolvePercentages(now, properties);
         writeInQtsForms(properties, m_references);
 
         const QString transform = now.attribute(QStringLiteral("transform")) + placement;

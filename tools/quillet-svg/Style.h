@@ -9,6 +9,7 @@ struct Declaration
 {
     QString property; ///< in lower case
     QString value;
+    bool isImportant = false; ///< wins over styles that are stronger otherwise
 };
 
 /// The declarations of the style attribute \a text, without comments and "!important".
