@@ -187,6 +187,9 @@ private Q_SLOTS:
             "<style>.a{fill:red !important}</style><rect class='a' style='fill:blue' width='50' "
             "height='50'/>",
             red);
+        row("style of a property without a name",
+            "<rect style=' : blue; fill:red' width='50' height='50'/>",
+            red);
         row("dashes with units",
             "<path style='stroke-dasharray:20px, .125in' stroke='red' stroke-width='9' d='M0 20h90'/>",
             "<path stroke-dasharray='20 12' stroke='red' stroke-width='9' d='M0 20h90'/>");

@@ -81,12 +81,12 @@ QVector<Declaration> readStyle(const QString& text)
     const QStringList parts = QString(text).remove(comments).split(QLatin1Char(';'));
     for (const QString& part : parts) {
         const int colon = part.indexOf(QLatin1Char(':'));
-        if (colon <= 0)
+        const QString property = part.left(colon).trimmed().toLower();
+        if (colon < 0 || property.isEmpty())
             continue;
         const QString value = part.mid(colon + 1);
-        result.append({part.left(colon).trimmed().toLower(),
-                       QString(value).remove(important).trimmed(),
-                       important.match(value).hasMatch()});
+        result.append(
+            {property, QString(value).remove(important).trimmed(), important.match(value).hasMatch()});
     }
     return result;
 }
