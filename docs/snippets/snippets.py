@@ -21,7 +21,7 @@ import textwrap
 
 MARK = re.compile(r"^\s*//! \[(.+)\]$")
 FENCE = re.compile(r"^[ \t]*(?:```|~~~).*$", re.MULTILINE)
-KNOWN_FENCES = {"```cpp", "```cmake", "```sh", "```xml", "```"}
+KNOWN_FENCES = {"```cpp", "```cmake", "```sh", "```xml", "```diff", "```"}
 BLOCK = re.compile(r"^```cpp\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 REFERENCE = re.compile(r"\\snippet (\S+) (\S+)")
 
