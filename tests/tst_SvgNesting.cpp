@@ -120,10 +120,10 @@ private Q_SLOTS:
         QTest::newRow("by an entity of character references")
             << doctype(QStringLiteral("<!ENTITY a '&#60;g>'>")) + QStringLiteral("<svg>")
                    + QStringLiteral("&a;").repeated(200);
-        const QString multiplied = doctype(QStringLiteral("<!ENTITY a '<g>'><!ENTITY b '%1'><!ENTITY c '%2'>")
-                                               .arg(QStringLiteral("&a;").repeated(12))
-                                               .arg(QStringLiteral("&b;").repeated(12)))
-                                   + QStringLiteral("<svg>&c;");
+        const QString multiplied =
+            doctype(QStringLiteral("<!ENTITY a '<g>'><!ENTITY b '%1'><!ENTITY c '%2'>")
+                        .arg(QStringLiteral("&a;").repeated(12), QStringLiteral("&b;").repeated(12)))
+            + QStringLiteral("<svg>&c;");
         QTest::newRow("by entities that multiply") << multiplied;
         QTest::newRow("by entities that multiply, behind an XML declaration")
             << QStringLiteral("<?xml version='1.0'?>") + multiplied;

@@ -240,7 +240,8 @@ private Q_SLOTS:
         const auto attempt = [&](std::size_t n) {
             // Ends the run, where it comes as far as that.
             QTimer::singleShot(0, &parent, [&] {
-                for (auto* dialog : parent.findChildren<QDialog*>())
+                const auto dialogs = parent.findChildren<QDialog*>();
+                for (auto* dialog : dialogs)
                     dialog->reject();
             });
             const Outcome outcome = withFailingAllocation(n, Failing::Library, [&] {
