@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr int deepest_nesting = 2000;
-
 class Checker
 {
 public:
@@ -60,17 +58,14 @@ private:
                 QStringLiteral("rename it, with its namespace as “xmlns”"));
             return false;
         }
-        QVector<int> depth(m_elements.size(), 1);
-        for (int i = 1; i < m_elements.size(); ++i) {
-            depth[i] = depth[m_elements[i].parent] + 1;
-            if (depth[i] > deepest_nesting) {
-                say(Finding::Refused,
-                    m_elements[i].position,
-                    QStringLiteral("depth"),
-                    QStringLiteral("elements are nested more than 2000 deep"),
-                    QStringLiteral("take groups out that hold one group only"));
-                return false;
-            }
+        const int tooDeep = firstTooDeep(m_elements);
+        if (tooDeep >= 0) {
+            say(Finding::Refused,
+                m_elements[tooDeep].position,
+                QStringLiteral("depth"),
+                QStringLiteral("elements are nested more than 2000 deep"),
+                QStringLiteral("take groups out that hold one group only"));
+            return false;
         }
         checkFrame(root);
         return true;

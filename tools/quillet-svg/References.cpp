@@ -5,7 +5,6 @@
 namespace {
 
 constexpr qint64 most_elements = 1000000; ///< with those that "use" repeats
-constexpr int deepest_nesting = 2000;     ///< likewise; as deep as the library's reader goes
 
 } // namespace
 
@@ -22,7 +21,11 @@ References::References(const QVector<XmlElement>& elements)
         if (target >= 0)
             m_used.insert(target);
     }
-    measure();
+    const int tooDeep = firstTooDeep(elements);
+    if (tooDeep >= 0)
+        fail(tooDeep, QStringLiteral("elements are nested more than 2000 deep"));
+    else
+        measure();
 }
 
 int References::targetOf(const XmlElement& use) const

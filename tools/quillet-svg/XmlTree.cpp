@@ -2,6 +2,8 @@
 
 #include <QtCore/QXmlStreamReader>
 
+#include <utility>
+
 namespace {
 
 /// Finds lines and columns of growing offsets in a text.
@@ -94,6 +96,7 @@ XmlTree::XmlTree(const QString& text)
     reader.setNamespaceProcessing(false);
     PositionFinder positions(text);
     QVector<int> open;
+    int closed = -1; // the last element that was, in the one that is open
 
     while (!reader.atEnd()) {
         const QXmlStreamReader::TokenType token = reader.readNext();
@@ -103,6 +106,7 @@ XmlTree::XmlTree(const QString& text)
             XmlElement element;
             element.name = reader.qualifiedName().toString();
             element.parent = open.isEmpty() ? -1 : open.last();
+            element.before = std::exchange(closed, -1);
             const QXmlStreamAttributes attributes = reader.attributes();
             for (const QXmlStreamAttribute& each : attributes) {
                 XmlAttribute attribute;
@@ -137,7 +141,8 @@ XmlTree::XmlTree(const QString& text)
                    && reader.processingInstructionTarget() == QLatin1String("xml-stylesheet")) {
             m_styleSheetLinks.append(positions.at(text.lastIndexOf(QLatin1String("<?"), offset - 1)));
         } else if (token == QXmlStreamReader::EndElement) {
-            m_elements[open.takeLast()].end = m_elements.size();
+            closed = open.takeLast();
+            m_elements[closed].end = m_elements.size();
         } else if (token == QXmlStreamReader::Characters && !open.isEmpty() && !reader.isWhitespace()) {
             m_elements[open.last()].text += reader.text();
         }
@@ -176,6 +181,17 @@ bool isForeign(const QVector<XmlElement>& elements, int i)
             return found->value != QLatin1String("http://www.w3.org/2000/svg");
     }
     return colon >= 0;
+}
+
+int firstTooDeep(const QVector<XmlElement>& elements)
+{
+    QVector<int> depth(elements.size(), 1);
+    for (int i = 1; i < elements.size(); ++i) {
+        depth[i] = depth[elements[i].parent] + 1;
+        if (depth[i] > deepest_nesting)
+            return i;
+    }
+    return -1;
 }
 
 QString localName(const QString& name)

@@ -24,6 +24,7 @@ struct XmlElement
     QString name; ///< as written, with its prefix
     Position position;
     int parent = -1; ///< index of the element around it
+    int before = -1; ///< index of the element in front of it in the same element
     int end = -1;    ///< index behind the last element in it
     QVector<XmlAttribute> attributes;
     QString text; ///< the characters directly in it
@@ -61,6 +62,12 @@ Position positionInValue(const XmlAttribute& attribute, int offset);
 
 /// Whether the namespace of the element \a i is another one than SVG's. No namespace at all counts as SVG's.
 bool isForeign(const QVector<XmlElement>& elements, int i);
+
+/// How deep the library's reader goes.
+constexpr int deepest_nesting = 2000;
+
+/// The first element that stands deeper, or -1.
+int firstTooDeep(const QVector<XmlElement>& elements);
 
 /// What stands behind the colon of a qualified name, or all of it.
 QString localName(const QString& name);
