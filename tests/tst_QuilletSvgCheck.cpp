@@ -78,6 +78,10 @@ private Q_SLOTS:
         row("display", "<path display='none' d='M0 0h9'/>", "lost 2:7 hidden");
         row("displayed", "<path display='inline' d='M0 0h9'/>", "");
         row("visibility", "<path visibility='hidden' d='M0 0h9'/>", "lost 2:7 hidden");
+        row("condition that is not met", "<path requiredExtensions='a' d='M0 0h9'/>", "lost 2:7 condition");
+        row("condition that is met", "<path systemLanguage='en' d='M0 0h9'/>", "");
+        row("blending", "<path mix-blend-mode='screen' d='M0 0h9'/>", "lost 2:7 unknown-property");
+        row("usual order of painting", "<path paint-order='fill' d='M0 0h9'/>", "");
         row("dashes", "<path stroke-dasharray='2' d='M0 0h9'/>", "lost 2:7 dashes");
 
         row("current colour", "<path fill='currentColor' d='M0 0h9'/>", "lost 2:13 color");

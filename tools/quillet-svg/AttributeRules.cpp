@@ -1,41 +1,64 @@
 #include "AttributeRules.h"
 
+#include "Conditions.h"
 #include "Names.h"
 
 #include <algorithm>
 
 namespace {
 
-struct Rule
-{
-    const char* name;
-    Finding::Weight weight;
-    const char* rule;
-    const char* advice;
-};
-
 constexpr const char* convert = "run “quillet-svg convert”";
 constexpr const char* nothing = "nothing needs be done";
 constexpr const char* draw = "draw what it does with paths";
+constexpr const char* as_attribute = "write it as an attribute “transform”";
+
+struct Rule
+{
+    const char* name = nullptr;
+    Finding::Weight weight = Finding::Note; ///< where the reader ignores it
+    const char* rule = nullptr;
+    const char* advice = nullptr;
+    const char* adviceAfterConversion = nullptr; ///< null where a conversion loses nothing
+};
+
+constexpr Rule drawnOtherwise(const char* name, const char* rule)
+{
+    return {name, Finding::Lost, rule, draw, draw};
+}
 
 constexpr Rule properties[] = {
-    {"transform", Finding::Lost, "transform", convert},
+    {"transform", Finding::Lost, "transform", convert, as_attribute}, // an attribute is converted
+    {"transform-origin", Finding::Note, "transform", nothing, as_attribute},
+    {"transform-box", Finding::Note, "transform", nothing, as_attribute},
+    {"translate", Finding::Lost, "transform", as_attribute, as_attribute},
+    {"rotate", Finding::Lost, "transform", as_attribute, as_attribute},
+    {"scale", Finding::Lost, "transform", as_attribute, as_attribute},
+    {"offset-path", Finding::Lost, "transform", as_attribute, as_attribute},
     {"style", Finding::Lost, "style", "write the properties as attributes, or run “quillet-svg convert”"},
     {"fill", Finding::Lost, "style", "write it as an attribute, or run “quillet-svg convert”"},
-    {"clip-path", Finding::Lost, "clip-path", draw},
-    {"mask", Finding::Lost, "mask", draw},
-    {"filter", Finding::Lost, "filter", draw},
-    {"marker", Finding::Lost, "marker", draw},
-    {"marker-start", Finding::Lost, "marker", draw},
-    {"marker-mid", Finding::Lost, "marker", draw},
-    {"marker-end", Finding::Lost, "marker", draw},
+    drawnOtherwise("clip", "clip-path"),
+    drawnOtherwise("clip-path", "clip-path"),
+    drawnOtherwise("mask", "mask"),
+    drawnOtherwise("mask-image", "mask"),
+    drawnOtherwise("-webkit-mask", "mask"),
+    drawnOtherwise("-webkit-mask-image", "mask"),
+    drawnOtherwise("filter", "filter"),
+    drawnOtherwise("backdrop-filter", "filter"),
+    drawnOtherwise("marker", "marker"),
+    drawnOtherwise("marker-start", "marker"),
+    drawnOtherwise("marker-mid", "marker"),
+    drawnOtherwise("marker-end", "marker"),
+    drawnOtherwise("paint-order", "unknown-property"),
+    drawnOtherwise("mix-blend-mode", "unknown-property"),
+    drawnOtherwise("color-interpolation", "unknown-property"),
     {"display", Finding::Lost, "hidden", "take out what is hidden, or run “quillet-svg convert”"},
     {"visibility", Finding::Lost, "hidden", "take out what is hidden, or run “quillet-svg convert”"},
+    {"requiredFeatures", Finding::Lost, "condition", convert},
+    {"requiredExtensions", Finding::Lost, "condition", convert},
+    {"systemLanguage", Finding::Lost, "condition", convert},
     {"stroke-dasharray", Finding::Lost, "dashes", convert},
     {"stroke-dashoffset", Finding::Note, "dashes", convert},
-    {"vector-effect", Finding::Lost, "unknown-property", convert},
-    {"paint-order", Finding::Lost, "unknown-property", draw},
-    {"mix-blend-mode", Finding::Lost, "unknown-property", draw},
+    {"vector-effect", Finding::Lost, "unknown-property", convert, draw},
 };
 
 constexpr Rule elements[] = {
@@ -64,14 +87,41 @@ constexpr Rule elements[] = {
 };
 
 template <std::size_t Size>
-Ignored find(const Rule (&rules)[Size], const QString& name, const char* otherwise)
+const Rule* find(const Rule (&rules)[Size], const QString& name)
 {
     const auto* found = std::find_if(std::begin(rules), std::end(rules), [&](const Rule& rule) {
         return name == QLatin1String(rule.name);
     });
-    if (found == std::end(rules))
+    return found == std::end(rules) ? nullptr : found;
+}
+
+Ignored ignoredBy(const Rule* rule, const char* otherwise)
+{
+    if (!rule)
         return {Finding::Note, QLatin1String(otherwise), QString::fromUtf8(nothing)};
-    return {found->weight, QLatin1String(found->rule), QString::fromUtf8(found->advice)};
+    return {rule->weight, QLatin1String(rule->rule), QString::fromUtf8(rule->advice)};
+}
+
+/// Whether a property, none that the reader reads, is as if it were not there.
+bool saysNothing(const QString& name, const QString& value)
+{
+    const QString word = value.trimmed().toLower();
+    if (word.isEmpty() || word == QLatin1String("normal"))
+        return true;
+    if (name == QLatin1String("display"))
+        return word != QLatin1String("none");
+    if (name == QLatin1String("visibility"))
+        return word == QLatin1String("visible");
+    if (name == QLatin1String("clip"))
+        return word == QLatin1String("auto");
+    if (name == QLatin1String("paint-order"))
+        return word.startsWith(QLatin1String("fill"))
+               && word.indexOf(QLatin1String("markers")) != word.indexOf(QLatin1Char(' ')) + 1;
+    if (name == QLatin1String("color-interpolation"))
+        return word != QLatin1String("linearrgb");
+    if (name.startsWith(QLatin1String("required")) || name == QLatin1String("systemLanguage"))
+        return !isFailedTest(name, value);
+    return word == QLatin1String("none");
 }
 
 } // namespace
@@ -96,16 +146,12 @@ bool isRefused(const QString& name, const QString& value)
     if (value.isEmpty() || name == QLatin1String("fill") || name == QLatin1String("stroke"))
         return false;
     const QString word = value.toLower();
-    const auto isOneOf = [&word](std::initializer_list<const char*> words) {
-        return std::any_of(
-            words.begin(), words.end(), [&](const char* each) { return word == QLatin1String(each); });
-    };
     if (name == QLatin1String("fill-rule"))
-        return !isOneOf({"nonzero", "evenodd"});
+        return !isOneOf(word, {"nonzero", "evenodd"});
     if (name == QLatin1String("stroke-linecap"))
-        return !isOneOf({"butt", "round", "square"});
+        return !isOneOf(word, {"butt", "round", "square"});
     if (name == QLatin1String("stroke-linejoin"))
-        return !isOneOf({"miter", "round", "bevel"});
+        return !isOneOf(word, {"miter", "round", "bevel"});
 
     QString number = value;
     if (name == QLatin1String("stroke-width"))
@@ -128,23 +174,24 @@ QString refusalOf(const QString& name)
 
 Ignored ignoredProperty(const QString& name, const QString& value)
 {
-    const QString word = value.trimmed().toLower();
-    Ignored result = find(properties, name, "ignored-attribute");
-    if (readAttributes().contains(name))
-        result = find(properties, QStringLiteral("fill"), "style");
-    // What says nothing loses nothing.
-    if (word.isEmpty() || word == QLatin1String("normal")
-        || (word == QLatin1String("none") && name != QLatin1String("display")
-            && !readAttributes().contains(name))
-        || (name == QLatin1String("display") && word != QLatin1String("none"))
-        || (name == QLatin1String("visibility") && word == QLatin1String("visible")))
+    const bool isRead = readAttributes().contains(name);
+    Ignored result = ignoredBy(find(properties, isRead ? QStringLiteral("fill") : name), "ignored-attribute");
+    if (isRead ? value.trimmed().isEmpty() : saysNothing(name, value))
         result.weight = Finding::Note;
     return result;
+}
+
+Ignored lostProperty(const QString& name, const QString& value)
+{
+    const Rule* const rule = find(properties, name);
+    if (!rule || !rule->adviceAfterConversion || saysNothing(name, value))
+        return {};
+    return {Finding::Lost, QLatin1String(rule->rule), QString::fromUtf8(rule->adviceAfterConversion)};
 }
 
 Ignored ignoredElement(const QString& name)
 {
     if (!isElementOfSvg(name))
         return {Finding::Lost, QStringLiteral("unknown-element"), QString::fromUtf8(draw)};
-    return find(elements, name, "ignored-element");
+    return ignoredBy(find(elements, name), "ignored-element");
 }

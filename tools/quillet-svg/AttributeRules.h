@@ -14,7 +14,7 @@ bool isRefused(const QString& name, const QString& value);
 /// Why it does, and what to write instead.
 QString refusalOf(const QString& name);
 
-/// How grave it is that the reader ignores an attribute, or a property of a style.
+/// How grave it is that an attribute, a property or an element is not followed.
 struct Ignored
 {
     Finding::Weight weight = Finding::Note;
@@ -22,7 +22,11 @@ struct Ignored
     QString advice;
 };
 
+/// An attribute, or a property of a style, that the reader does not know.
 Ignored ignoredProperty(const QString& name, const QString& value);
 
-/// Likewise for an element with everything in it.
+/// A property that a conversion cannot keep; a note for one that it can.
+Ignored lostProperty(const QString& name, const QString& value);
+
+/// An element with everything in it that the reader does not know.
 Ignored ignoredElement(const QString& name);

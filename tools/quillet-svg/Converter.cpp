@@ -1,9 +1,9 @@
 #include "Converter.h"
 
+#include "Composition.h"
 #include "Drawing.h"
 #include "Preparation.h"
 #include "Recorder.h"
-#include "SubsetShape.h"
 
 #include <QtCore/QXmlStreamReader>
 #include <QtGui/QPainter>
@@ -24,10 +24,7 @@ Conversion convertSvg(const QString& text)
         result.errorPosition = root.position;
         return result;
     }
-    result.frame = readFrame(root.attribute(QStringLiteral("width")),
-                             root.attribute(QStringLiteral("height")),
-                             root.attribute(QStringLiteral("viewBox")),
-                             root.attribute(QStringLiteral("preserveAspectRatio")));
+    result.frame = readFrame(root);
 
     const Preparation prepared = prepareForQt(tree);
     result.losses = prepared.findings;
@@ -51,13 +48,30 @@ Conversion convertSvg(const QString& text)
         QPainter painter(&recorder);
         paintWithQt(painter, renderer, result.frame);
     }
+    Composition composition = compose(recorder.painted());
+    for (const int element : qAsConst(composition.coarseLayers)) {
+        result.losses.append(
+            {Finding::Lost,
+             tree.elements()[element].position,
+             QStringLiteral("opacity"),
+             QStringLiteral("shapes with an opacity in common overlap in too many places; one "
+                            "shows through the other"),
+             QStringLiteral("choose colours that need no opacity")});
+    }
+    if (composition.hasFineDashes) {
+        result.losses.append({Finding::Lost,
+                              root.position,
+                              QStringLiteral("dashes"),
+                              QStringLiteral("a line of more than 100,000 dashes is drawn without gaps"),
+                              QStringLiteral("choose longer dashes")});
+    }
+    sortFindings(result.losses);
+    if (prepared.clipsToFrame)
+        composition.shapes = clipped(composition.shapes, QRectF(QPointF(), result.frame.size), QTransform());
     SubsetWriter writer(result.frame.size);
-    for (const Painted& painted : recorder.painted()) {
-        const QVector<SubsetShape> shapes = subsetShapes(painted);
-        for (const SubsetShape& shape : shapes) {
-            writer.add(shape);
-            ++result.shapes;
-        }
+    for (const SubsetShape& shape : qAsConst(composition.shapes)) {
+        writer.add(shape);
+        ++result.shapes;
     }
     result.text = writer.document();
     return result;

@@ -71,6 +71,19 @@ double absoluteLength(const QString& text)
     return ok && std::isfinite(value) ? value : 0;
 }
 
+double lengthOf(const QString& text, double whole)
+{
+    const QString number = text.trimmed();
+    return number.endsWith(QLatin1Char('%')) ? number.chopped(1).toDouble() / 100 * whole
+                                             : absoluteLength(number);
+}
+
+bool isZeroLength(const QString& text)
+{
+    static const QRegularExpression zero(QStringLiteral("^\\s*[-+]?(0+\\.?0*|\\.0+)(%|[a-zA-Z]*)\\s*$"));
+    return zero.match(text).hasMatch();
+}
+
 bool Frame::isIdentity() const
 {
     return viewBox.isNull() || viewBox == target;
@@ -101,4 +114,12 @@ Frame readFrame(const QString& width,
     if (!frame.viewBox.isNull())
         frame.target = place(frame.viewBox, frame.size, preserveAspectRatio);
     return frame;
+}
+
+Frame readFrame(const XmlElement& root)
+{
+    return readFrame(root.attribute(QStringLiteral("width")),
+                     root.attribute(QStringLiteral("height")),
+                     root.attribute(QStringLiteral("viewBox")),
+                     root.attribute(QStringLiteral("preserveAspectRatio")));
 }

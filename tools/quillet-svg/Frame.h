@@ -1,5 +1,7 @@
 #pragma once
 
+#include "XmlTree.h"
+
 #include <QtCore/QRectF>
 #include <QtCore/QSizeF>
 #include <QtCore/QString>
@@ -18,9 +20,16 @@ struct Frame
 /// The length in pixels, or 0 if \a text is no absolute length: "100%" and "1em" are none.
 double absoluteLength(const QString& text);
 
+/// Likewise of a length that may be a percentage of \a whole.
+double lengthOf(const QString& text, double whole);
+
+/// Whether \a text is a length of nothing, such as "0px" or "0%".
+bool isZeroLength(const QString& text);
+
 /// Reads the frame from the root's attributes. Where no absolute length is given, the view box gives the size
 /// (SVG 1.1, 7.2 to 7.8).
 Frame readFrame(const QString& width,
                 const QString& height,
                 const QString& viewBox,
                 const QString& preserveAspectRatio);
+Frame readFrame(const XmlElement& root);

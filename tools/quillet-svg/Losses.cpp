@@ -1,35 +1,13 @@
 #include "Losses.h"
 
+#include "AttributeRules.h"
 #include "Names.h"
 
 #include <QtCore/QRegularExpression>
 
+#include <algorithm>
+
 namespace {
-
-struct Rule
-{
-    const char* property;
-    const char* rule;
-    const char* advice;
-};
-
-constexpr const char* draw = "draw what it does with paths";
-constexpr const char* as_attribute = "write it as an attribute “transform”";
-
-constexpr Rule ignored[] = {
-    {"filter", "filter", draw},
-    {"mask", "mask", draw},
-    {"clip-path", "clip-path", draw},
-    {"marker", "marker", draw},
-    {"marker-start", "marker", draw},
-    {"marker-mid", "marker", draw},
-    {"marker-end", "marker", draw},
-    {"mix-blend-mode", "unknown-property", draw},
-    {"paint-order", "unknown-property", draw},
-    {"transform", "style-transform", as_attribute},
-    {"transform-origin", "style-transform", as_attribute},
-    {"transform-box", "style-transform", as_attribute},
-};
 
 Finding lost(const Position& position, const char* rule, const QString& message, const QString& advice)
 {
@@ -67,30 +45,88 @@ lossesOfPaint(const Position& position, const Declaration& paint, const Referenc
              advice}};
 }
 
-/// Whether dashes are measured by the drawing's size or by a font.
-bool hasRelativeDashes(const Declaration& property)
+/// Where a property of \a element stands.
+Position positionOf(const XmlElement& element, const QString& property)
 {
-    static const QRegularExpression relative(QStringLiteral("%|em|ex|ch|v[whm]|\\("));
-    return property.property == QLatin1String("stroke-dasharray")
-           && relative.match(property.value).hasMatch();
+    const XmlAttribute* attribute = element.find(property);
+    return attribute ? attribute->namePosition : element.position;
 }
 
-bool isMeasuredByAFont(const Declaration& property)
+bool isTransformed(const XmlElement& element, const QVector<Declaration>& properties)
 {
-    return isOneOf(property.property,
-                   {"x", "y", "width", "height", "cx", "cy", "r", "rx", "ry", "stroke-width"})
-           && (property.value.endsWith(QLatin1String("em")) || property.value.endsWith(QLatin1String("ex")));
+    return element.find(QStringLiteral("transform")) || find(properties, QStringLiteral("transform"));
 }
 
-/// How many shapes the element itself draws, without those in it; 2 stands for what may be more than one.
-int shapesOf(const QVector<XmlElement>& elements, int element, const References& references)
+/// Whether \a text is a list of transforms (SVG 1.1, 7.6), or nothing.
+bool isTransformList(const QString& text)
 {
-    const QString name = localName(elements[element].name);
-    const int target = name == QLatin1String("use") ? references.targetOf(elements[element]) : -1;
-    if (target < 0)
-        return isShape(name) ? 1 : 0;
-    const QString repeated = localName(elements[target].name);
-    return isShape(repeated) && repeated != QLatin1String("use") ? 1 : 2;
+    static const QRegularExpression list(
+        QStringLiteral("^\\s*(none|((matrix|translate|scale|rotate|skewX|skewY)\\s*\\([-+.0-9eE,\\s]*\\)"
+                       "[\\s,]*)*)$"));
+    return list.match(text).hasMatch();
+}
+
+/// Whether the property of \a element has to be a number, or numbers.
+bool isNumeric(const QString& property, const XmlElement& element)
+{
+    if (isGeometry(property))
+        return isShape(localName(element.name)) && !isOneOf(property, {"d", "points"});
+    return isOneOf(property,
+                   {"opacity",
+                    "fill-opacity",
+                    "stroke-opacity",
+                    "stroke-width",
+                    "stroke-miterlimit",
+                    "stroke-dashoffset",
+                    "stroke-dasharray"});
+}
+
+/// The first of the \a texts that is no number; empty if there is none.
+QString firstThatIsNone(const QStringList& texts)
+{
+    for (const QString& text : texts) {
+        bool ok = false;
+        text.toDouble(&ok);
+        if (!ok)
+            return text;
+    }
+    return {};
+}
+
+/// What becomes of the property \a each.
+QVector<Finding> lossesOf(const XmlElement& element,
+                          const Declaration& each,
+                          const QVector<Declaration>& properties,
+                          const References& references)
+{
+    const Position position = positionOf(element, each.property);
+    if (isOneOf(each.property, {"fill", "stroke"}))
+        return lossesOfPaint(position, each, references);
+    if (each.property == QLatin1String("vector-effect")
+        && each.value == QLatin1String("non-scaling-stroke")) {
+        return {{Finding::Note,
+                 position,
+                 QStringLiteral("vector-effect"),
+                 QStringLiteral("the stroke has its width where the drawing is not scaled"),
+                 QStringLiteral("nothing needs be done")}};
+    }
+    if (each.property == QLatin1String("stroke-linejoin") && isOneOf(each.value, {"arcs", "miter-clip"})) {
+        return {lost(position,
+                     "value",
+                     QStringLiteral("corners are drawn as “miter”, not as “%1”").arg(each.value),
+                     QStringLiteral("choose another line join"))};
+    }
+    if (each.property == QLatin1String("color") && each.value.contains(QLatin1Char('(')))
+        return lossesOfPaint(position, each, references);
+    const Ignored ignored = lostProperty(each.property, each.value);
+    const bool isOrigin = isOneOf(each.property, {"transform-origin", "transform-box"});
+    if (ignored.weight != Finding::Lost || (isOrigin && !isTransformed(element, properties)))
+        return {};
+    return {{Finding::Lost,
+             position,
+             ignored.rule,
+             QStringLiteral("“%1” is left out").arg(each.property),
+             ignored.advice}};
 }
 
 } // namespace
@@ -99,57 +135,68 @@ QVector<Finding>
 lossesIn(const XmlElement& element, const QVector<Declaration>& properties, const References& references)
 {
     QVector<Finding> losses;
-    for (const Declaration& each : properties) {
-        if (each.value.isEmpty() || each.value == QLatin1String("none")
-            || each.value == QLatin1String("normal"))
-            continue;
-        const XmlAttribute* attribute = element.find(each.property);
-        const Position position = attribute ? attribute->namePosition : element.position;
-        if (each.property == QLatin1String("fill") || each.property == QLatin1String("stroke"))
-            losses += lossesOfPaint(position, each, references);
-        // The root's own lengths give the size only.
-        if (isMeasuredByAFont(each) && element.parent >= 0) {
-            losses.append(lost(position,
-                               "font-unit",
-                               QStringLiteral("“%1” is measured by a font").arg(each.value),
-                               QStringLiteral("write it as a number")));
-        }
-        if (hasRelativeDashes(each)) {
-            losses.append(lost(position,
-                               "dashes",
-                               QStringLiteral("dashes of “%1” are drawn otherwise").arg(each.value),
-                               QStringLiteral("write them as numbers")));
-        }
-        for (const Rule& rule : ignored) {
-            if (each.property == QLatin1String(rule.property)) {
-                losses.append(lost(position,
-                                   rule.rule,
-                                   QStringLiteral("“%1” is left out").arg(each.property),
-                                   QString::fromUtf8(rule.advice)));
-            }
-        }
+    for (const Declaration& each : properties)
+        losses += lossesOf(element, each, properties, references);
+    const XmlAttribute* const transform = element.find(QStringLiteral("transform"));
+    if (transform && (!isTransformList(transform->value) || element.parent < 0)) {
+        losses.append(
+            lost(transform->namePosition,
+                 "transform",
+                 element.parent < 0
+                     ? QStringLiteral("the transform of the root is left out")
+                     : QStringLiteral("“%1” is no list of transforms of SVG 1.1").arg(transform->value),
+                 element.parent < 0 ? QStringLiteral("put a group into it, and transform that")
+                                    : QStringLiteral("write numbers without units")));
+    }
+    const XmlAttribute* const base = element.find(QStringLiteral("xml:base"));
+    if (base && !base->value.isEmpty()) {
+        losses.append(lost(base->namePosition,
+                           "use",
+                           QStringLiteral("“xml:base” is not followed"),
+                           QStringLiteral("put what the file refers to into it")));
     }
     return losses;
 }
 
-QVector<Finding> lossesByOpacity(const QVector<XmlElement>& elements,
-                                 const XmlElement& element,
-                                 double opacity,
-                                 const References& references)
+QVector<Finding> takeLossesInNumbers(const XmlElement& element, QVector<Declaration>& properties)
 {
-    if (opacity >= 1 || opacity <= 0)
-        return {};
-    int shapes = 0;
-    const int self = int(&element - elements.constData());
-    for (int i = self; i < element.end; ++i)
-        shapes += shapesOf(elements, i, references);
-    if (shapes < 2)
-        return {};
-    return {
-        {Finding::Note,
-         element.position,
-         QStringLiteral("group-opacity"),
-         QStringLiteral("the opacity of a group goes to each of its shapes; where they overlap, one shows "
-                        "through the other"),
-         QStringLiteral("choose colours that need no opacity, if they overlap")}};
+    static const QRegularExpression fontUnit(QStringLiteral("[\\d.](em|ex|ch|rem|lh|rlh|ic|cap)$"),
+                                             QRegularExpression::CaseInsensitiveOption);
+    QVector<Finding> losses;
+    const auto isLost = [&](const Declaration& each) {
+        if (!isNumeric(each.property, element))
+            return false;
+        const bool isDashes = each.property == QLatin1String("stroke-dasharray");
+        const QString number =
+            firstThatIsNone(isDashes ? each.value.split(QLatin1Char(' ')) : QStringList(each.value));
+        if (number.isEmpty() || (isDashes && number == QLatin1String("none")))
+            return false;
+        const bool isOfFont = fontUnit.match(number).hasMatch();
+        losses.append(lost(
+            positionOf(element, each.property),
+            isDashes   ? "dashes"
+            : isOfFont ? "font-unit"
+                       : "value",
+            isOfFont
+                ? QStringLiteral("“%1” is measured by a font").arg(number)
+                : QStringLiteral("“%1” is no value that is known here for “%2”").arg(number, each.property),
+            QStringLiteral("write it as a number")));
+        return true;
+    };
+    properties.erase(std::remove_if(properties.begin(), properties.end(), isLost), properties.end());
+    return losses;
+}
+
+QVector<Finding> lossesInGeometry(const XmlElement& element, const QVector<Declaration>& geometry)
+{
+    QVector<Finding> losses;
+    for (const Declaration& each : geometry) {
+        if (!isShape(localName(element.name)) || each.value == element.attribute(each.property))
+            continue;
+        losses.append(lost(element.position,
+                           "unknown-property",
+                           QStringLiteral("“%1” in a style is left out").arg(each.property),
+                           QStringLiteral("write it as an attribute")));
+    }
+    return losses;
 }

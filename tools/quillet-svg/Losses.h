@@ -10,8 +10,9 @@
 QVector<Finding>
 lossesIn(const XmlElement& element, const QVector<Declaration>& properties, const References& references);
 
-/// What an opacity of \a element, one of \a elements, does otherwise than SVG says.
-QVector<Finding> lossesByOpacity(const QVector<XmlElement>& elements,
-                                 const XmlElement& element,
-                                 double opacity,
-                                 const References& references);
+/// Which of the \a properties, written in the forms that Qt knows, should be numbers and are none. They are
+/// taken out, as if they were not there.
+QVector<Finding> takeLossesInNumbers(const XmlElement& element, QVector<Declaration>& properties);
+
+/// Which of the properties in styles that place \a element do not say what its attributes say.
+QVector<Finding> lossesInGeometry(const XmlElement& element, const QVector<Declaration>& geometry);

@@ -13,9 +13,30 @@ bool isShape(const QString& name)
     return isOneOf(name, {"path", "rect", "circle", "ellipse", "line", "polyline", "polygon", "use"});
 }
 
-bool isDefinition(const QString& name)
+bool isGeometry(const QString& attribute)
 {
-    return isOneOf(name, {"defs", "symbol", "clipPath", "mask", "pattern", "marker"});
+    return isOneOf(attribute,
+                   {"x",
+                    "y",
+                    "width",
+                    "height",
+                    "cx",
+                    "cy",
+                    "r",
+                    "rx",
+                    "ry",
+                    "x1",
+                    "y1",
+                    "x2",
+                    "y2",
+                    "d",
+                    "points",
+                    "pathLength"});
+}
+
+bool isContainer(const QString& name)
+{
+    return isOneOf(name, {"svg", "g", "a", "switch"});
 }
 
 bool isAnimation(const QString& name)
@@ -31,30 +52,13 @@ bool isPicture(const QString& name)
 
 bool isElementOfSvg(const QString& name)
 {
-    return isShape(name) || isDefinition(name) || isAnimation(name) || isPicture(name)
+    return isShape(name) || isContainer(name) || isAnimation(name) || isPicture(name)
            || name.startsWith(QLatin1String("fe")) || name.startsWith(QLatin1String("font"))
-           || name.startsWith(QLatin1String("glyph")) || isOneOf(name, {"svg",
-                                                                        "g",
-                                                                        "a",
-                                                                        "switch",
-                                                                        "style",
-                                                                        "linearGradient",
-                                                                        "radialGradient",
-                                                                        "stop",
-                                                                        "desc",
-                                                                        "filter",
-                                                                        "title",
-                                                                        "color-profile",
-                                                                        "metadata",
-                                                                        "hkern",
-                                                                        "view",
-                                                                        "cursor",
-                                                                        "vkern",
-                                                                        "missing-glyph",
-                                                                        "solidcolor",
-                                                                        "tspan",
-                                                                        "tref",
-                                                                        "textPath",
-                                                                        "link",
-                                                                        "altGlyphDef"});
+           || name.startsWith(QLatin1String("glyph"))
+           || isOneOf(name, {"altGlyphDef",    "clipPath",   "color-profile", "cursor",         "defs",
+                             "desc",           "filter",     "hkern",         "linearGradient", "link",
+                             "marker",         "mask",       "metadata",      "missing-glyph",  "pattern",
+                             "radialGradient", "solidcolor", "stop",          "style",          "symbol",
+                             "textPath",       "title",      "tref",          "tspan",          "view",
+                             "vkern"});
 }

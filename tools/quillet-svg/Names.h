@@ -11,8 +11,11 @@ bool isOneOf(const QString& name, std::initializer_list<const char*> names);
 /// Whether the element draws something by itself.
 bool isShape(const QString& name);
 
-/// Whether its content is drawn only where something refers to it.
-bool isDefinition(const QString& name);
+/// Whether the attribute places a shape or says how large it is.
+bool isGeometry(const QString& attribute);
+
+/// Whether it draws what is in it.
+bool isContainer(const QString& name);
 
 bool isAnimation(const QString& name);
 

@@ -1,29 +1,55 @@
 #include "Preparation.h"
 
+#include "Cascade.h"
+#include "Conditions.h"
 #include "Frame.h"
 #include "Losses.h"
+#include "Marks.h"
 #include "Names.h"
 #include "QtForms.h"
 #include "References.h"
-#include "StyleSheet.h"
+#include "Viewport.h"
 
-#include <QtCore/QRegularExpression>
 #include <QtCore/QXmlStreamWriter>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
-/// Sets a property that is there, or adds it.
-void set(QVector<Declaration>& properties, const QString& name, const QString& value)
+/// What is in force where an element is drawn.
+struct Surroundings
 {
-    const auto found = std::find_if(
-        properties.begin(), properties.end(), [&](const Declaration& each) { return each.property == name; });
-    if (found == properties.end())
-        properties.append({name, value});
-    else
-        found->value = value;
+    QSizeF viewport;                 ///< that percentages are of; empty where it is not known
+    QVector<Declaration> properties; ///< of the element around
+    InheritedPaint paint;
+};
+
+bool isGradient(const QString& name)
+{
+    return isOneOf(name, {"linearGradient", "radialGradient"});
+}
+
+/// Whether a shape has no size, which keeps it from being drawn, its stroke too (SVG 1.1, 9.3 and 9.4).
+bool hasNoSize(const QString& name, const QVector<Declaration>& properties)
+{
+    const auto isLong = [&](const char* property) {
+        const Declaration* const length = find(properties, QLatin1String(property));
+        return length && length->value.toDouble() > 0;
+    };
+    return (name == QLatin1String("circle") && !isLong("r"))
+           || (name == QLatin1String("ellipse") && !(isLong("rx") && isLong("ry")));
+}
+
+double number(const QVector<Declaration>& properties, const char* name)
+{
+    const Declaration* const found = find(properties, QLatin1String(name));
+    return found ? found->value.toDouble() : 0;
+}
+
+void remove(QVector<Declaration>& properties, std::initializer_list<const char*> names)
+{
+    const auto isNamed = [&](const Declaration& each) { return isOneOf(each.property, names); };
+    properties.erase(std::remove_if(properties.begin(), properties.end(), isNamed), properties.end());
 }
 
 /// Writes the elements of a document anew.
@@ -31,24 +57,14 @@ class Preparer
 {
 public:
     Preparer(const XmlTree& tree, const References& references)
-        : m_elements(tree.elements()),
-          m_links(tree.styleSheetLinks()),
-          m_references(references),
-          m_writer(&m_result.text)
+        : m_elements(tree.elements()), m_references(references), m_cascade(tree), m_writer(&m_result.text)
     {
     }
 
     Preparation prepare()
     {
-        for (const Position& link : m_links) {
-            m_result.findings.append({Finding::Lost,
-                                      link,
-                                      QStringLiteral("style-sheet"),
-                                      QStringLiteral("the style sheet in another file is not read"),
-                                      QStringLiteral("put it into the file, as <style>")});
-        }
-        readStyleSheets();
-        write(0);
+        m_result.findings = m_cascade.findings();
+        writeRoot();
         sortFindings(m_result.findings);
         return m_result;
     }
@@ -65,301 +81,292 @@ private:
         m_result.findings.append({weight, where.position, QLatin1String(rule), message, advice});
     }
 
-    void readStyleSheets()
-    {
-        static const QRegularExpression atRule(QStringLiteral("@[a-z-]+"));
-        for (const XmlElement& each : m_elements) {
-            if (localName(each.name) != QLatin1String("style"))
-                continue;
-            const int before = m_styleSheet.rest().size();
-            m_styleSheet.add(each.text);
-            const QRegularExpressionMatch match = atRule.match(each.text);
-            if (match.hasMatch()) {
-                say(Finding::Lost,
-                    each,
-                    "style-sheet",
-                    QStringLiteral("the rule %1 of a style sheet is not followed").arg(match.captured(0)),
-                    QStringLiteral("write what it says as attributes"));
-            } else if (m_styleSheet.rest().size() > before) {
-                say(Finding::Note,
-                    each,
-                    "selector",
-                    QStringLiteral("a selector of a style sheet names more than one element; attributes win "
-                                   "over what it says"),
-                    QStringLiteral("give the elements a class, and name that"));
-            }
-        }
-    }
-
-    bool isDrawn(int i) const
-    {
-        for (int at = i; at >= 0; at = element(at).parent) {
-            if (m_references.isUsed(at))
-                return true;
-            if (isDefinition(localName(element(at).name)))
-                return false;
-        }
-        return true;
-    }
-
-    /// Names what is left out. \return whether \a i is to be written at all.
-    bool isKept(int i)
-    {
-        const XmlElement& now = element(i);
-        const QString name = localName(now.name);
-        if (isForeign(m_elements, i)
-            || isOneOf(name, {"style", "metadata", "title", "desc", "filter", "cursor", "font", "font-face"}))
-            return false;
-        if (isAnimation(name)) {
-            say(Finding::Note,
-                now,
-                "animation",
-                QStringLiteral("<%1> is not followed; the drawing is as without it").arg(name),
-                QStringLiteral("nothing needs be done"));
-            return false;
-        }
-        if (!isElementOfSvg(name)) {
-            if (isDrawn(i)) {
-                say(Finding::Lost,
-                    now,
-                    "unknown-element",
-                    QStringLiteral("<%1> is left out").arg(name),
-                    QStringLiteral("draw what it does with paths"));
-            }
-            return false;
-        }
-        if (isPicture(name)) {
-            const bool isText = name == QLatin1String("text");
-            if (isDrawn(i)) {
-                say(Finding::Lost,
-                    now,
-                    isText ? "text" : "image",
-                    QStringLiteral("<%1> is left out").arg(name),
-                    isText ? QStringLiteral("have the drawing program make paths of it")
-                           : QStringLiteral("draw it with paths"));
-            }
-            return false;
-        }
-        if (name != QLatin1String("use"))
-            return true;
-        const int target = m_references.targetOf(now);
-        if (target < 0) {
-            say(Finding::Lost,
-                now,
-                "use",
-                QStringLiteral("<use> refers to nothing in this file"),
-                QStringLiteral("put what it stands for into the file"));
-            return false;
-        }
-        // What is not kept is named where it stands.
-        const QString repeated = localName(element(target).name);
-        return isElementOfSvg(repeated) && !isPicture(repeated);
-    }
-
-    /// The size that percentages inside of the element \a i are of; empty if it is not known.
-    QSizeF viewportIn(int i) const
-    {
-        for (int at = i; at >= 0; at = element(at).parent) {
-            const XmlElement& now = element(at);
-            const bool isSvg = localName(now.name) == QLatin1String("svg");
-            if (!isSvg && localName(now.name) != QLatin1String("symbol"))
-                continue;
-            const QRectF viewBox = readFrame({}, {}, now.attribute(QStringLiteral("viewBox")), {}).viewBox;
-            if (!viewBox.isNull())
-                return viewBox.size();
-            if (isSvg)
-                return at == 0 ? frameOf(now, now, {}).size : frameOf(now, now, viewportIn(now.parent)).size;
-        }
-        return {};
-    }
-
-    /// The frame of \a content, which has the view box, where \a outer says. What neither says is as large as
-    /// \a viewport (SVG 1.1, 5.1.2 and 5.6).
-    static Frame frameOf(const XmlElement& outer, const XmlElement& content, const QSizeF& viewport)
-    {
-        const auto length = [&](const char* name, double whole) {
-            QString value = outer.attribute(QLatin1String(name));
-            if (value.isEmpty())
-                value = content.attribute(QLatin1String(name));
-            if (value.isEmpty())
-                value = QStringLiteral("100%");
-            if (!value.endsWith(QLatin1Char('%')))
-                return value;
-            return QString::number(value.chopped(1).toDouble() / 100 * whole, 'g', 12);
-        };
-        return readFrame(length("width", viewport.width()),
-                         length("height", viewport.height()),
-                         content.attribute(QStringLiteral("viewBox")),
-                         content.attribute(QStringLiteral("preserveAspectRatio")));
-    }
-
-    /// The transform that places what is in \a content, which has the view box, where \a outer says.
-    QString placeOf(const XmlElement& outer, const XmlElement& content) const
-    {
-        const auto text = [](double number) { return QString::number(number, 'g', 12); };
-        const QSizeF viewport = viewportIn(outer.parent);
-        const auto offset = [&](const char* name, double whole) {
-            const QString value = outer.attribute(QLatin1String(name));
-            return value.endsWith(QLatin1Char('%')) ? value.chopped(1).toDouble() / 100 * whole
-                                                    : absoluteLength(value);
-        };
-        QString transform =
-            QStringLiteral(" translate(%1 %2)")
-                .arg(text(offset("x", viewport.width())), text(offset("y", viewport.height())));
-        const Frame frame = frameOf(outer, content, viewport);
-        if (!frame.viewBox.isNull() && !frame.isIdentity()) {
-            transform += QStringLiteral(" translate(%1 %2) scale(%3 %4) translate(%5 %6)")
-                             .arg(text(frame.target.x()),
-                                  text(frame.target.y()),
-                                  text(frame.target.width() / frame.viewBox.width()),
-                                  text(frame.target.height() / frame.viewBox.height()),
-                                  text(-frame.viewBox.x()),
-                                  text(-frame.viewBox.y()));
-        }
-        return transform;
-    }
-
-    void write(int i)
-    {
-        if (!isKept(i))
-            return;
-        const XmlElement& now = element(i);
-        const QString name = localName(now.name);
-        if (i == 0)
-            return writeRoot();
-        if (name == QLatin1String("svg"))
-            return writeGroup(i, placeOf(now, now), i);
-        if (name == QLatin1String("use")) {
-            const int target = m_references.targetOf(now);
-            if (localName(element(target).name) == QLatin1String("symbol"))
-                return writeSymbol(i, target);
-        }
-        m_writer.writeStartElement(isDefinition(name) ? QStringLiteral("defs") : name);
-        writeAttributes(now, {}, false);
-        writeChildren(i);
-        m_writer.writeEndElement();
-    }
-
     void writeRoot()
     {
+        const XmlElement& root = element(0);
+        const Frame frame = readFrame(root);
+        const QVector<Declaration> stated = m_cascade.propertiesOf(0, {});
+        const bool rendered = isRendered(root, stated);
+        Surroundings inside;
+        inside.viewport = frame.viewBox.isNull() ? frame.size : frame.viewBox.size();
+        inside.properties = readProperties(root, stated, inside);
+        m_result.clipsToFrame = !frame.size.isEmpty() && isClipped(inside.properties);
+
         m_writer.writeStartElement(QStringLiteral("svg"));
         m_writer.writeAttribute(QStringLiteral("xmlns"), QStringLiteral("http://www.w3.org/2000/svg"));
         m_writer.writeAttribute(QStringLiteral("xmlns:xlink"),
                                 QStringLiteral("http://www.w3.org/1999/xlink"));
-        writeAttributes(element(0), {}, false);
-        if (!m_styleSheet.rest().isEmpty()) {
-            m_writer.writeStartElement(QStringLiteral("style"));
-            m_writer.writeAttribute(QStringLiteral("type"), QStringLiteral("text/css"));
-            m_writer.writeCharacters(m_styleSheet.rest());
+        QVector<Declaration> attributes = inside.properties;
+        const QVector<Mark> marks = takeMarks(attributes, 0);
+        writeAttributes(attributes, {});
+        writeGradients();
+        writeMarks(marks);
+        if (rendered)
+            writeChildren(0, inside);
+        writeEnds(marks);
+        m_writer.writeEndElement();
+    }
+
+    /// All gradients of the document, in front of what they are used for.
+    void writeGradients()
+    {
+        m_writer.writeStartElement(QStringLiteral("defs"));
+        for (int i = 0; i < m_elements.size(); ++i) {
+            if (!isGradient(localName(element(i).name)) || isForeign(m_elements, i))
+                continue;
+            Surroundings around = colorAround(i);
+            m_writer.writeStartElement(localName(element(i).name));
+            m_writer.writeAttribute(QStringLiteral("id"), element(i).attribute(QStringLiteral("id")));
+            for (const XmlAttribute& each : element(i).attributes) {
+                if (localName(each.name) == QLatin1String("href"))
+                    m_writer.writeAttribute(QStringLiteral("xlink:href"), each.value);
+            }
+            writeAttributes(formsOf(i, around), {});
+            for (int child = i + 1; child < element(i).end; child = element(child).end) {
+                if (localName(element(child).name) != QLatin1String("stop"))
+                    continue;
+                m_writer.writeStartElement(QStringLiteral("stop"));
+                writeAttributes(formsOf(child, around), {});
+                m_writer.writeEndElement();
+            }
             m_writer.writeEndElement();
         }
-        writeChildren(0);
         m_writer.writeEndElement();
     }
 
-    void writeChildren(int i)
+    /// The surroundings of a gradient, as far as they matter for its colours.
+    Surroundings colorAround(int i) const
     {
-        for (int child = i + 1; child < element(i).end; child = element(child).end)
-            write(child);
-    }
-
-    /// A group with the attributes of \a i and the children of \a content.
-    void writeGroup(int i, const QString& placement, int content)
-    {
-        m_writer.writeStartElement(QStringLiteral("g"));
-        writeAttributes(element(i), placement, true);
-        writeChildren(content);
-        m_writer.writeEndElement();
-    }
-
-    /// A "use" of a symbol, as a group with what is in the symbol.
-    void writeSymbol(int use, int symbol)
-    {
-        m_writer.writeStartElement(QStringLiteral("g"));
-        writeAttributes(element(use), placeOf(element(use), element(symbol)), true);
-        writeGroup(symbol, {}, symbol);
-        m_writer.writeEndElement();
-    }
-
-    /// The attributes that matter for the drawing and what styles say, each property once.
-    QVector<Declaration> propertiesOf(const XmlElement& now, bool asGroup) const
-    {
-        QVector<Declaration> properties;
-        for (const XmlAttribute& each : now.attributes) {
-            const bool isLink = localName(each.name) == QLatin1String("href");
-            const bool isPlaced =
-                isOneOf(each.name, {"x", "y", "width", "height", "viewBox", "preserveAspectRatio"});
-            if (asGroup && (isLink || isPlaced))
-                continue;
-            if (isLink)
-                set(properties, QStringLiteral("xlink:href"), each.value);
-            else if (!each.name.contains(QLatin1Char(':'))
-                     && !isOneOf(each.name, {"style", "transform", "xmlns"}))
-                set(properties, each.name, each.value.trimmed());
+        Surroundings around;
+        for (int at = element(i).parent; at >= 0; at = element(at).parent) {
+            const QVector<Declaration> properties = m_cascade.propertiesOf(at, {});
+            const Declaration* const color = find(properties, QStringLiteral("color"));
+            if (color && readColor(color->value).isValid()) {
+                around.paint.color = color->value;
+                break;
+            }
         }
-        QVector<Declaration> styles = m_styleSheet.declarations(localName(now.name),
-                                                                now.attribute(QStringLiteral("id")),
-                                                                now.attribute(QStringLiteral("class")))
-                                      + readStyle(now.attribute(QStringLiteral("style")));
-        std::stable_partition(
-            styles.begin(), styles.end(), [](const Declaration& each) { return !each.isImportant; });
-        for (const Declaration& each : qAsConst(styles)) {
-            // Properties since SVG 2 only; in SVG 1.1 these are attributes.
-            const bool isAttribute =
-                isOneOf(each.property, {"x", "y", "cx", "cy", "r", "rx", "ry", "width", "height", "d"});
-            if (!isAttribute && each.property.at(0).isLetter())
-                set(properties, each.property, each.value);
-        }
+        return around;
+    }
+
+    QVector<Declaration> formsOf(int i, Surroundings& around) const
+    {
+        QVector<Declaration> properties = m_cascade.propertiesOf(i, {});
+        writeInQtsForms(properties, around.viewport, m_references, around.paint);
         return properties;
     }
 
-    /// Percentages are of the width, the height or the diagonal of what the element stands in
-    /// (SVG 1.1, 7.10). Qt's renderer takes them all of the document's width.
-    void resolvePercentages(const XmlElement& now, QVector<Declaration>& properties) const
+    /// The properties of \a now, which say \a stated, in the forms that Qt knows; names what is lost of them.
+    /// \a around becomes what is in force in \a now.
+    QVector<Declaration>
+    readProperties(const XmlElement& now, const QVector<Declaration>& stated, Surroundings& around)
     {
-        const bool shape = isShape(localName(now.name));
-        for (Declaration& each : properties) {
-            const bool stroke = isOneOf(each.property, {"stroke-width", "stroke-dashoffset"});
-            if (!each.value.endsWith(QLatin1Char('%')) || !(shape || stroke))
-                continue;
-            const QSizeF viewport = viewportIn(now.parent);
-            double whole = 0;
-            if (isOneOf(each.property, {"x", "cx", "rx", "x1", "x2", "width"}))
-                whole = viewport.width();
-            else if (isOneOf(each.property, {"y", "cy", "ry", "y1", "y2", "height"}))
-                whole = viewport.height();
-            else if (stroke || each.property == QLatin1String("r"))
-                whole = std::hypot(viewport.width(), viewport.height()) / std::sqrt(2);
-            if (whole > 0)
-                each.value = QString::number(each.value.chopped(1).toDouble() / 100 * whole, 'g', 12);
+        m_result.findings += lossesIn(now, stated, m_references);
+        m_result.findings += lossesInGeometry(now, m_cascade.geometryOf(int(&now - m_elements.constData())));
+        QVector<Declaration> properties = stated;
+        writeInQtsForms(properties, around.viewport, m_references, around.paint);
+        m_result.findings += takeLossesInNumbers(now, properties);
+        return properties;
+    }
+
+    /// Names a language that is asked for. \return whether \a now is drawn at all.
+    bool isRendered(const XmlElement& now, const QVector<Declaration>& properties)
+    {
+        const Declaration* const display = find(properties, QStringLiteral("display"));
+        if (display && display->value == QLatin1String("none"))
+            return false;
+        if (now.find(QStringLiteral("systemLanguage"))) {
+            say(Finding::Lost,
+                now,
+                "condition",
+                QStringLiteral("<%1> is for some languages; what is drawn for English is drawn for all")
+                    .arg(now.name),
+                QStringLiteral("write a file for each language"));
+        }
+        return passesTests(now);
+    }
+
+    static bool isClipped(const QVector<Declaration>& properties)
+    {
+        const Declaration* const overflow = find(properties, QStringLiteral("overflow"));
+        return !overflow || !isOneOf(overflow->value, {"visible", "auto"});
+    }
+
+    void writeChildren(int i, const Surroundings& inside)
+    {
+        for (int child = i + 1; child < element(i).end; child = element(child).end)
+            write(child, inside, nullptr);
+    }
+
+    /// Writes what is drawn of the element \a i, which \a use repeats if that is not null.
+    void write(int i, const Surroundings& around, const XmlElement* use)
+    {
+        const XmlElement& now = element(i);
+        const QString name = localName(now.name);
+        if (isForeign(m_elements, i))
+            return;
+        if (isAnimation(name)) {
+            return say(Finding::Note,
+                       now,
+                       "animation",
+                       QStringLiteral("<%1> is not followed; the drawing is as without it").arg(name),
+                       QStringLiteral("nothing needs be done"));
+        }
+        const bool isSymbol = use && name == QLatin1String("symbol");
+        const bool isWritten = isShape(name) || isContainer(name) || isSymbol;
+        if (isElementOfSvg(name) && !isPicture(name) && !isWritten)
+            return;
+
+        const QVector<Declaration> stated = m_cascade.propertiesOf(i, around.properties);
+        if (!isRendered(now, stated))
+            return;
+        if (!isWritten)
+            return sayLeftOut(now, name);
+        Surroundings inside = around;
+        Viewport viewport;
+        if (isSymbol || name == QLatin1String("svg")) {
+            viewport = viewportOf(now, use, around.viewport);
+            inside.viewport = viewport.size;
+        }
+        if (viewport.isEmpty)
+            return;
+        QVector<Declaration> properties = readProperties(now, stated, inside);
+        inside.properties = properties;
+
+        const QString transform = now.attribute(QStringLiteral("transform"));
+        if (name == QLatin1String("use")) {
+            const int target = m_references.targetOf(now);
+            const double x = number(properties, "x");
+            const double y = number(properties, "y");
+            if (target < 0)
+                return sayNothingToUse(now);
+            remove(properties, {"x", "y", "width", "height"});
+            writeGroup(
+                i, properties, transform + translation(x, y), {}, [&] { write(target, inside, &now); });
+        } else if (isShape(name)) {
+            writeShape(i, name, properties);
+        } else {
+            QVector<Mark> marks;
+            if (!viewport.area.isEmpty() && isClipped(properties))
+                marks.append(Mark::clip(viewport.area));
+            remove(properties, {"x", "y", "width", "height", "viewBox", "preserveAspectRatio"});
+            writeGroup(i, properties, transform + viewport.transform, marks, [&] {
+                if (name == QLatin1String("switch"))
+                    writeChoice(i, inside);
+                else
+                    writeChildren(i, inside);
+            });
         }
     }
 
-    /// \a placement comes behind the element's own transform. \a asGroup leaves out what a group has not.
-    void writeAttributes(const XmlElement& now, const QString& placement, bool asGroup)
+    /// The first child whose tests let it be drawn (SVG 1.1, 5.8.2).
+    void writeChoice(int i, const Surroundings& inside)
     {
-        QVector<Declaration> properties = propertiesOf(now, asGroup);
-        m_result.findings += lossesIn(now, properties, m_references);
-        resolvePercentages(now, properties);
-        writeInQtsForms(properties, m_references);
+        for (int child = i + 1; child < element(i).end; child = element(child).end) {
+            const bool isCandidate =
+                !isForeign(m_elements, child)
+                && !isOneOf(localName(element(child).name), {"title", "desc", "metadata"});
+            if (isCandidate && passesTests(element(child)))
+                return write(child, inside, nullptr);
+            if (isCandidate)
+                isRendered(element(child), {}); // names what is for other languages
+        }
+    }
 
-        const QString transform = now.attribute(QStringLiteral("transform")) + placement;
+    void sayLeftOut(const XmlElement& now, const QString& name)
+    {
+        const bool isText = name == QLatin1String("text");
+        const char* const rule = isText ? "text" : isPicture(name) ? "image" : "unknown-element";
+        say(Finding::Lost,
+            now,
+            rule,
+            QStringLiteral("<%1> is left out").arg(name),
+            isText            ? QStringLiteral("have the drawing program make paths of it")
+            : isPicture(name) ? QStringLiteral("draw it with paths")
+                              : QStringLiteral("draw what it does with paths"));
+    }
+
+    void sayNothingToUse(const XmlElement& use)
+    {
+        say(Finding::Lost,
+            use,
+            "use",
+            QStringLiteral("<use> refers to nothing in this file"),
+            QStringLiteral("put what it stands for into the file"));
+    }
+
+    template <typename Content>
+    void writeGroup(int i,
+                    QVector<Declaration> properties,
+                    const QString& transform,
+                    QVector<Mark> marks,
+                    Content content)
+    {
+        marks = takeMarks(properties, i) + marks;
+        m_writer.writeStartElement(QStringLiteral("g"));
+        writeAttributes(properties, transform);
+        writeMarks(marks);
+        content();
+        writeEnds(marks);
+        m_writer.writeEndElement();
+    }
+
+    void writeShape(int i, const QString& name, QVector<Declaration> properties)
+    {
+        if (hasNoSize(name, properties))
+            return;
+        QVector<Mark> marks = takeMarks(properties, i);
+        const double pathLength = number(properties, "pathLength");
+        if (pathLength > 0)
+            marks.append(Mark::dashes(pathLength));
+        writeMarks(marks);
+        m_writer.writeStartElement(name);
+        writeAttributes(properties, element(i).attribute(QStringLiteral("transform")));
+        m_writer.writeEndElement();
+        writeEnds(marks);
+    }
+
+    /// Takes out of the properties of \a i what marks say instead.
+    static QVector<Mark> takeMarks(QVector<Declaration>& properties, int i)
+    {
+        QVector<Mark> marks;
+        const double opacity = number(properties, "opacity");
+        if (opacity > 0)
+            remove(properties, {"opacity"});
+        if (opacity > 0 && opacity < 1)
+            marks.append(Mark::layer(opacity, i));
+        return marks;
+    }
+
+    void writeMarks(const QVector<Mark>& marks)
+    {
+        for (const Mark& mark : marks)
+            writeMark(m_writer, mark);
+    }
+
+    void writeEnds(const QVector<Mark>& marks)
+    {
+        for (int i = 0; i < marks.size(); ++i)
+            writeMark(m_writer, Mark());
+    }
+
+    void writeAttributes(const QVector<Declaration>& properties, const QString& transform)
+    {
         if (!transform.trimmed().isEmpty())
             m_writer.writeAttribute(QStringLiteral("transform"), transform.trimmed());
-        for (const Declaration& each : qAsConst(properties)) {
-            if (each.property == QLatin1String("opacity"))
-                m_result.findings += lossesByOpacity(m_elements, now, each.value.toDouble(), m_references);
-            if (each.property != QLatin1String("transform"))
+        for (const Declaration& each : properties) {
+            // There is no text, but Qt has to say something about fonts that it cannot find.
+            if (each.property != QLatin1String("transform")
+                && !each.property.startsWith(QLatin1String("font")))
                 m_writer.writeAttribute(each.property, each.value);
         }
     }
 
     const QVector<XmlElement>& m_elements;
-    const QVector<Position>& m_links;
     const References& m_references;
+    Cascade m_cascade;
     Preparation m_result;
     QXmlStreamWriter m_writer;
-    StyleSheet m_styleSheet;
 };
 
 } // namespace

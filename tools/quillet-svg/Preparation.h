@@ -11,12 +11,14 @@ struct Preparation
     QString error; ///< why it cannot be drawn at all; empty if it can
     Position errorPosition;
     QString text;
+    bool clipsToFrame = true;  ///< nothing outside of the document's frame is seen
     QVector<Finding> findings; ///< what will not be drawn as SVG says
 };
 
-/// Rewrites what Qt's renderer reads otherwise than SVG says, where that can be done by rewriting: symbols
-/// and inner documents become groups, a style wins over an attribute, style sheets come first, colours and
-/// lengths are written in the forms that it knows. What it cannot draw is left out and named.
+/// Rewrites what Qt's renderer reads otherwise than SVG says, where that can be done by rewriting: "use" is
+/// carried out, symbols and inner documents become groups, each property stands once and as an attribute, in
+/// the form that Qt knows. What can be done only with what was painted is marked. What cannot be drawn is
+/// left out and named.
 ///
 /// Nothing that is left refers to another file.
 Preparation prepareForQt(const XmlTree& tree);

@@ -2,6 +2,8 @@
 
 #include <QtGui/QPaintEngine>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int dots_per_inch = 96; // as CSS has it
@@ -32,7 +34,7 @@ public:
             m_now.opacity = news.opacity();
     }
 
-    void drawPath(const QPainterPath& path) override { record(Painted::Path, path, m_now.brush); }
+    void drawPath(const QPainterPath& path) override { record(path, m_now.brush); }
 
     void drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) override
     {
@@ -46,7 +48,7 @@ public:
         }
         if (mode != PolylineMode)
             path.closeSubpath();
-        record(Painted::Path, path, mode == PolylineMode ? QBrush() : m_now.brush);
+        record(path, mode == PolylineMode ? QBrush() : m_now.brush);
     }
 
     void drawPolygon(const QPoint* points, int count, PolygonDrawMode mode) override
@@ -79,48 +81,38 @@ public:
         for (int i = 0; i < count; ++i) {
             QPainterPath path(lines[i].p1());
             path.lineTo(lines[i].p2());
-            record(Painted::Path, path, QBrush());
+            record(path, QBrush());
         }
     }
 
-    void drawPixmap(const QRectF& target, const QPixmap& /*pixmap*/, const QRectF& /*part*/) override
+    void drawPixmap(const QRectF& target, const QPixmap& pixmap, const QRectF& /*part*/) override
     {
-        recordArea(Painted::Image, target);
-    }
-
-    void drawTiledPixmap(const QRectF& target, const QPixmap& /*pixmap*/, const QPointF& /*start*/) override
-    {
-        recordArea(Painted::Image, target);
+        recordMark(target, pixmap.width());
     }
 
     void drawImage(const QRectF& target,
-                   const QImage& /*image*/,
+                   const QImage& image,
                    const QRectF& /*part*/,
                    Qt::ImageConversionFlags /*flags*/) override
     {
-        recordArea(Painted::Image, target);
-    }
-
-    void drawTextItem(const QPointF& position, const QTextItem& /*text*/) override
-    {
-        recordArea(Painted::Text, QRectF(position, QSizeF()));
+        recordMark(target, image.width());
     }
 
 private:
-    void record(Painted::Kind kind, const QPainterPath& path, const QBrush& brush)
+    void record(const QPainterPath& path, const QBrush& brush)
     {
         Painted item = m_now;
-        item.kind = kind;
         item.path = path;
         item.brush = brush;
         painted.append(item);
     }
 
-    void recordArea(Painted::Kind kind, const QRectF& area)
+    void recordMark(const QRectF& area, int kind)
     {
-        QPainterPath path;
-        path.addRect(area);
-        record(kind, path, QBrush());
+        Painted item = m_now;
+        item.isMark = true;
+        item.mark = {Mark::Kind(std::clamp(kind, int(Mark::Clip), int(Mark::End))), area};
+        painted.append(item);
     }
 
     Painted m_now;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Marks.h"
+
 #include <QtCore/QVector>
 #include <QtGui/QBrush>
 #include <QtGui/QPaintDevice>
@@ -9,12 +11,11 @@
 
 #include <memory>
 
-/// One thing that was painted, as the painter was told it.
+/// One thing that was painted, as the painter was told it, or a mark.
 struct Painted
 {
-    enum Kind { Path, Image, Text };
-
-    Kind kind = Path;
+    bool isMark = false; ///< then only the mark and the transform count
+    Mark mark;
     QPainterPath path; ///< before the transform; with its fill rule
     QTransform transform;
     QPen pen;           ///< Qt::NoPen: not stroked

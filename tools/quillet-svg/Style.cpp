@@ -71,6 +71,24 @@ QColor readHexadecimal(const QString& digits)
 
 } // namespace
 
+const Declaration* find(const QVector<Declaration>& properties, const QString& property)
+{
+    for (const Declaration& each : properties) {
+        if (each.property == property)
+            return &each;
+    }
+    return nullptr;
+}
+
+void set(QVector<Declaration>& properties, const QString& property, const QString& value)
+{
+    const Declaration* const found = find(properties, property);
+    if (found)
+        properties[int(found - properties.constData())].value = value;
+    else
+        properties.append({property, value});
+}
+
 QVector<Declaration> readStyle(const QString& text)
 {
     static const QRegularExpression comments(QStringLiteral("/\\*.*?\\*/"),

@@ -12,6 +12,12 @@ struct Declaration
     bool isImportant = false; ///< wins over styles that are stronger otherwise
 };
 
+/// The declaration of \a property, or null.
+const Declaration* find(const QVector<Declaration>& properties, const QString& property);
+
+/// Sets a property that is there, or adds it.
+void set(QVector<Declaration>& properties, const QString& property, const QString& value);
+
 /// The declarations of the style attribute \a text, without comments and "!important".
 QVector<Declaration> readStyle(const QString& text);
 

@@ -1,78 +1,202 @@
 #include "StyleSheet.h"
 
+#include "Names.h"
+
 #include <QtCore/QRegularExpression>
 
 #include <algorithm>
 
-void StyleSheet::add(const QString& text)
+namespace {
+
+/// Whether a selector waits for somebody to do something, or for a part that no drawing has.
+bool isForNoDrawing(const QString& selector)
 {
-    static const QRegularExpression comments(QStringLiteral("/\\*.*?\\*/"),
-                                             QRegularExpression::DotMatchesEverythingOption);
-    const QString sheet = QString(text).remove(comments);
-    if (sheet.contains(QLatin1Char('@'))) {
-        m_rest += sheet; // its braces may stand in each other
-        return;
-    }
-    const QStringList blocks = sheet.split(QLatin1Char('}'), Qt::SkipEmptyParts);
-    for (const QString& block : blocks) {
-        const int brace = block.indexOf(QLatin1Char('{'));
-        if (brace < 0)
-            continue;
-        const QString body = block.mid(brace + 1);
-        const QVector<Declaration> declarations = readStyle(body);
-        const QStringList selectors = block.left(brace).split(QLatin1Char(','));
-        for (const QString& selector : selectors) {
-            if (!addRule(selector.trimmed(), declarations))
-                m_rest += selector + QLatin1Char('{') + body + QStringLiteral("}\n");
-        }
-    }
-    std::stable_sort(m_rules.begin(), m_rules.end(), [](const Rule& one, const Rule& other) {
-        return one.specificity < other.specificity;
-    });
+    static const QRegularExpression never(QStringLiteral(
+        ":(hover|active|focus|focus-within|focus-visible|visited|target|:?before|:?after|:selection)\\b"));
+    return never.match(selector).hasMatch();
 }
 
-QVector<Declaration>
-StyleSheet::declarations(const QString& element, const QString& id, const QString& classes) const
+bool isRelated(const QString& actual, const QString& relation, const QString& value)
+{
+    if (relation.isEmpty() || (relation == QLatin1String("=") && actual == value))
+        return true;
+    if (relation == QLatin1String("~="))
+        return actual.simplified().split(QLatin1Char(' ')).contains(value);
+    if (relation == QLatin1String("|="))
+        return actual == value || actual.startsWith(value + QLatin1Char('-'));
+    if (value.isEmpty())
+        return false;
+    return (relation == QLatin1String("^=") && actual.startsWith(value))
+           || (relation == QLatin1String("$=") && actual.endsWith(value))
+           || (relation == QLatin1String("*=") && actual.contains(value));
+}
+
+/// The position behind the brace that closes the one at \a open; behind one that the text lacks if there is
+/// none (CSS 2, 4.2).
+int behindBlock(const QString& text, int open)
+{
+    int depth = 0;
+    for (int i = open; i < text.size(); ++i) {
+        if (text[i] == QLatin1Char('{'))
+            ++depth;
+        else if (text[i] == QLatin1Char('}') && --depth == 0)
+            return i + 1;
+    }
+    return text.size() + 1;
+}
+
+} // namespace
+
+Selector::Selector(const QString& text)
+{
+    int position = 0;
+    while (position < text.size()) {
+        Part part;
+        if (!readPart(text, position, part)) {
+            m_parts.clear();
+            return;
+        }
+        m_parts.append(part);
+    }
+}
+
+bool Selector::readPart(const QString& text, int& position, Part& part)
+{
+    static const QRegularExpression combinator(QStringLiteral("\\G\\s*([>+]|\\s|^)\\s*"));
+    static const QRegularExpression element(QStringLiteral("\\G(\\*|[A-Za-z][\\w-]*)"));
+    static const QRegularExpression simple(QStringLiteral(
+        "\\G(?:([.#])([\\w-]+)|:(first-child|root)\\b(?!\\()|"
+        "\\[\\s*([\\w:-]+)\\s*(?:([~|^$*]?=)\\s*(?:\"([^\"]*)\"|'([^']*)'|([\\w-]+))\\s*)?\\])"));
+    const auto read = [&](const QRegularExpression& expression) {
+        const QRegularExpressionMatch match = expression.match(text, position);
+        position += match.capturedLength(0);
+        return match;
+    };
+    if (position > 0) {
+        const QString sign = read(combinator).captured(1).trimmed();
+        part.combinator = sign.isEmpty() ? QLatin1Char(' ') : sign[0];
+    }
+    const int start = position;
+    part.element = read(element).captured(1);
+    if (part.element == QLatin1String("*"))
+        part.element.clear();
+    m_specificity += part.element.isEmpty() ? 0 : 1;
+    for (QRegularExpressionMatch match = read(simple); match.hasMatch(); match = read(simple)) {
+        const bool isId = match.captured(1) == QLatin1String("#");
+        m_specificity += isId ? 100 : 10;
+        if (isId)
+            part.attributes.append({QStringLiteral("id"), QStringLiteral("="), match.captured(2)});
+        else if (!match.captured(1).isEmpty())
+            part.attributes.append({QStringLiteral("class"), QStringLiteral("~="), match.captured(2)});
+        else if (match.captured(3) == QLatin1String("root"))
+            part.isRoot = true;
+        else if (!match.captured(3).isEmpty())
+            part.isFirstChild = true;
+        else
+            part.attributes.append({match.captured(4),
+                                    match.captured(5),
+                                    match.captured(6) + match.captured(7) + match.captured(8)});
+    }
+    return position > start;
+}
+
+bool Selector::matches(const QVector<XmlElement>& elements, int i) const
+{
+    return isKnown() && matchesFrom(elements, i, m_parts.size() - 1) == Yes;
+}
+
+/// Whether \a i is what the selector up to \a part selects.
+Selector::Answer Selector::matchesFrom(const QVector<XmlElement>& elements, int i, int part) const
+{
+    if (!matchesPart(elements, i, m_parts[part]))
+        return No;
+    if (part == 0)
+        return Yes;
+    if (m_parts[part].combinator != QLatin1Char(' ')) {
+        const bool isParent = m_parts[part].combinator == QLatin1Char('>');
+        const int next = isParent ? elements[i].parent : elements[i].before;
+        return next >= 0 ? matchesFrom(elements, next, part - 1) : No;
+    }
+    for (int at = elements[i].parent; at >= 0; at = elements[at].parent) {
+        const Answer answer = matchesFrom(elements, at, part - 1);
+        if (answer != No)
+            return answer;
+    }
+    return Never;
+}
+
+bool Selector::matchesPart(const QVector<XmlElement>& elements, int i, const Part& part)
+{
+    const XmlElement& element = elements[i];
+    return (part.element.isEmpty() || part.element == localName(element.name))
+           && (!part.isRoot || element.parent < 0)
+           && (!part.isFirstChild || (element.parent >= 0 && element.before < 0))
+           && std::all_of(part.attributes.begin(), part.attributes.end(), [&](const Attribute& each) {
+                  const XmlAttribute* found = element.find(each.name);
+                  return found && isRelated(found->value, each.relation, each.value);
+              });
+}
+
+QStringList StyleSheet::add(const QString& text)
+{
+    static const QRegularExpression comments(QStringLiteral("/\\*.*?\\*/|<!--|-->"),
+                                             QRegularExpression::DotMatchesEverythingOption);
+    const QString sheet = QString(text).remove(comments);
+    QStringList unread;
+    int position = 0;
+    while (position < sheet.size()) {
+        const int brace = sheet.indexOf(QLatin1Char('{'), position);
+        const int semicolon = sheet.indexOf(QLatin1Char(';'), position);
+        if (semicolon >= 0 && (brace < 0 || semicolon < brace)) {
+            const QString statement = sheet.mid(position, semicolon - position).simplified();
+            if (statement.startsWith(QLatin1String("@import")))
+                unread.append(QStringLiteral("@import"));
+            position = semicolon + 1;
+            continue;
+        }
+        if (brace < 0)
+            break;
+        const int end = behindBlock(sheet, brace);
+        addBlock(sheet.mid(position, brace - position).simplified(),
+                 sheet.mid(brace + 1, end - brace - 2),
+                 unread);
+        position = end;
+    }
+    std::stable_sort(m_rules.begin(), m_rules.end(), [](const Rule& one, const Rule& other) {
+        return one.selector.specificity() < other.selector.specificity();
+    });
+    return unread;
+}
+
+QVector<Declaration> StyleSheet::declarations(const QVector<XmlElement>& elements, int i) const
 {
     QVector<Declaration> result;
-    const QStringList names = classes.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (const Rule& rule : m_rules) {
-        const bool matches =
-            (rule.element.isEmpty() || rule.element == element) && (rule.id.isEmpty() || rule.id == id)
-            && std::all_of(rule.classes.begin(), rule.classes.end(), [&](const QString& one) {
-                   return names.contains(one);
-               });
-        if (matches)
+        if (rule.selector.matches(elements, i))
             result += rule.declarations;
     }
     return result;
 }
 
-bool StyleSheet::addRule(const QString& selector, const QVector<Declaration>& declarations)
+void StyleSheet::addBlock(const QString& prelude, const QString& body, QStringList& unread)
 {
-    static const QRegularExpression simple(QStringLiteral("^(\\*|[A-Za-z]\\w*)?((?:[.#][\\w-]+)*)$"));
-    static const QRegularExpression part(QStringLiteral("([.#])([\\w-]+)"));
-    const QRegularExpressionMatch match = simple.match(selector);
-    if (!match.hasMatch() || selector.isEmpty())
-        return false;
-
-    Rule rule;
-    rule.declarations = declarations;
-    rule.element = match.captured(1);
-    if (rule.element == QLatin1String("*"))
-        rule.element.clear();
-    rule.specificity = rule.element.isEmpty() ? 0 : 1;
-    QRegularExpressionMatchIterator parts = part.globalMatch(match.captured(2));
-    while (parts.hasNext()) {
-        const QRegularExpressionMatch each = parts.next();
-        if (each.captured(1) == QLatin1String("#")) {
-            rule.id = each.captured(2);
-            rule.specificity += 100;
-        } else {
-            rule.classes.append(each.captured(2));
-            rule.specificity += 10;
-        }
+    static const QRegularExpression screen(
+        QStringLiteral("^@media( (only )?screen| all)?(, (screen|all))?$"));
+    if (prelude.startsWith(QLatin1Char('@'))) {
+        const QString name = prelude.section(QRegularExpression(QStringLiteral("[^@\\w-]")), 0, 0);
+        if (screen.match(prelude).hasMatch())
+            unread += add(body);
+        else if (!isOneOf(name, {"@font-face", "@page"})) // nothing that is drawn depends on these
+            unread.append(name);
+        return;
     }
-    m_rules.append(rule);
-    return true;
+    const QVector<Declaration> declarations = readStyle(body);
+    const QStringList selectors = prelude.split(QLatin1Char(','));
+    for (const QString& each : selectors) {
+        const Selector selector(each.trimmed());
+        if (selector.isKnown())
+            m_rules.append({selector, declarations});
+        else if (!each.trimmed().isEmpty() && !isForNoDrawing(each))
+            unread.append(each.trimmed());
+    }
 }

@@ -138,6 +138,15 @@ QString attribute(const char* name, const QString& value)
 
 } // namespace
 
+QPainterPath strokeArea(const SubsetShape& shape)
+{
+    QPen pen(shape.stroke, shape.width);
+    pen.setCapStyle(shape.cap);
+    QPainterPath area = outline(shape.path, pen, shape.join, shape.miterLimit);
+    area.setFillRule(Qt::WindingFill);
+    return area;
+}
+
 bool hasSameMiters(const QPainterPath& path, const QPen& pen)
 {
     return pen.joinStyle() != Qt::MiterJoin
@@ -148,9 +157,6 @@ bool hasSameMiters(const QPainterPath& path, const QPen& pen)
 QVector<SubsetShape> subsetShapes(const Painted& painted)
 {
     QVector<SubsetShape> shapes;
-    if (painted.kind != Painted::Path)
-        return shapes;
-
     const QPainterPath path = painted.transform.map(painted.path);
     SubsetShape filled;
     filled.path = path;

@@ -24,6 +24,9 @@ struct SubsetShape
 /// squeezes, a miter that the reader's limit would cut otherwise. A gradient becomes its mean colour.
 QVector<SubsetShape> subsetShapes(const Painted& painted);
 
+/// The area that the stroke of \a shape covers.
+QPainterPath strokeArea(const SubsetShape& shape);
+
 /// Whether the miters that Qt::MiterJoin draws for a pen are those of SVG, which measures their limit in
 /// another way.
 bool hasSameMiters(const QPainterPath& path, const QPen& pen);
