@@ -3,6 +3,7 @@
 #include "Document.h"
 #include "Drawing.h"
 #include "Preparation.h"
+#include "Replay.h"
 
 #include <Quillet/SvgFileParser.h>
 
@@ -21,7 +22,7 @@
 //   3  what "convert" says: kept, lossy, failed
 //   4  whether the reader accepts what was converted: accepted, refused
 //   5  the share in which the library's picture of that differs from Qt's of the original
-//   6  likewise from Qt's of the original rewritten for Qt
+//   6  likewise from Qt's of the original rewritten for Qt, with its clips and opacities
 //   7  the rules of what is lost, with commas between
 //   8  the elements and properties that excuse a file: gradient, filter, mask, text, image
 //   9  the name
@@ -94,7 +95,7 @@ void prove(const QString& fileName, QTextStream& out)
 
     const Frame& frame = conversion.frame;
     const QImage byQt = drawWithQt(document.text, frame);
-    const QImage byQtPrepared = drawWithQt(prepareForQt(tree).text, frame);
+    const QImage byQtPrepared = drawPrepared(prepareForQt(tree).text, frame, picture_size);
     const QImage byLibrary = drawWithLibrary(asItIs, frame.size, picture_size);
     const QImage byLibraryConverted = drawWithLibrary(converted, frame.size, picture_size);
     out << check << '\t' << share(byQt, byLibrary) << '\t' << (rules.isEmpty() ? "kept" : "lossy") << '\t'

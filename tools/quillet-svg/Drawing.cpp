@@ -8,18 +8,6 @@
 
 namespace {
 
-/// An empty picture and the factor from the drawing to it.
-QImage emptyPicture(const QSizeF& drawing, int size, double& scale)
-{
-    const double longer = std::max(drawing.width(), drawing.height());
-    scale = longer > 0 ? size / longer : 1;
-    const QSize pixels(std::max(1, int(std::lround(drawing.width() * scale))),
-                       std::max(1, int(std::lround(drawing.height() * scale))));
-    QImage picture(pixels, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    return picture;
-}
-
 int difference(QRgb one, QRgb other)
 {
     return std::max({std::abs(qRed(one) - qRed(other)),
@@ -42,6 +30,16 @@ void forEachPixel(const QImage& one, const QImage& other, Take take)
 }
 
 } // namespace
+
+QImage emptyPicture(const QSizeF& drawing, int size, double& scale)
+{
+    const double longer = std::max(drawing.width(), drawing.height());
+    scale = longer > 0 ? size / longer : 1;
+    const auto whole = [&](double length) { return std::max(1, int(length * scale + 1e-6)); };
+    QImage picture(whole(drawing.width()), whole(drawing.height()), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    return picture;
+}
 
 void paintWithQt(QPainter& painter, QSvgRenderer& renderer, const Frame& frame)
 {

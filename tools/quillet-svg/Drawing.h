@@ -14,6 +14,10 @@ QT_END_NAMESPACE
 /// Paints what Qt's renderer makes of a document, in the coordinates of its frame.
 void paintWithQt(QPainter& painter, QSvgRenderer& renderer, const Frame& frame);
 
+/// A picture of nothing whose longer side is as long as \a size, without pixels that lie only partly in the
+/// drawing; \a scale becomes the factor from the drawing to it.
+QImage emptyPicture(const QSizeF& drawing, int size, double& scale);
+
 /// What Qt's renderer draws, its longer side as long as \a size, on nothing.
 QImage drawWithQt(QSvgRenderer& renderer, const Frame& frame, int size);
 

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "Frame.h"
+
+#include <QtGui/QImage>
+
+/// What Qt's renderer paints of the document \a prepared, drawn as the marks in it say, with layers and masks
+/// of pixels where a conversion has to cut paths. Its longer side is as long as \a size.
+QImage drawPrepared(const QString& prepared, const Frame& frame, int size);
