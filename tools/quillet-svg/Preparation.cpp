@@ -13,6 +13,7 @@
 #include <QtCore/QXmlStreamWriter>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -101,10 +102,10 @@ private:
         writeAttributes(attributes, {});
         writeGradients();
         writeMarks(marks);
+        m_pending.append(Pending{-1, nullptr, nullptr, marks.size()});
         if (rendered)
-            writeChildren(0, inside);
-        writeEnds(marks);
-        m_writer.writeEndElement();
+            appendChildren(0, inside);
+        writePending();
     }
 
     /// All gradients of the document, in front of what they are used for.
@@ -192,10 +193,41 @@ private:
         return !overflow || !isOneOf(overflow->value, {"visible", "auto"});
     }
 
-    void writeChildren(int i, const Surroundings& inside)
+    /// Something to be written, or the end of a group.
+    struct Pending
     {
+        int element; ///< -1: the end
+        std::shared_ptr<const Surroundings> around;
+        const XmlElement* use; ///< that repeats it, or null
+        int marks;             ///< that end there
+    };
+
+    /// Does not call itself however deep elements stand in each other.
+    void writePending()
+    {
+        while (!m_pending.isEmpty()) {
+            const Pending next = m_pending.takeLast();
+            if (next.element >= 0) {
+                write(next.element, *next.around, next.use);
+                continue;
+            }
+            writeEnds(next.marks);
+            m_writer.writeEndElement();
+        }
+    }
+
+    void append(int i, const Surroundings& around, const XmlElement* use)
+    {
+        m_pending.append(Pending{i, std::make_shared<Surroundings>(around), use, 0});
+    }
+
+    void appendChildren(int i, const Surroundings& inside)
+    {
+        const auto shared = std::make_shared<const Surroundings>(inside);
+        const int before = m_pending.size();
         for (int child = i + 1; child < element(i).end; child = element(child).end)
-            write(child, inside, nullptr);
+            m_pending.append(Pending{child, shared, nullptr, 0});
+        std::reverse(m_pending.begin() + before, m_pending.end()); // the last comes first
     }
 
     /// Writes what is drawn of the element \a i, which \a use repeats if that is not null.
@@ -241,8 +273,8 @@ private:
             if (target < 0)
                 return sayNothingToUse(now);
             remove(properties, {"x", "y", "width", "height"});
-            writeGroup(
-                i, properties, transform + translation(x, y), {}, [&] { write(target, inside, &now); });
+            openGroup(i, properties, transform + translation(x, y), {});
+            append(target, inside, &now);
         } else if (isShape(name)) {
             writeShape(i, name, properties);
         } else {
@@ -250,24 +282,23 @@ private:
             if (!viewport.area.isEmpty() && isClipped(properties))
                 marks.append(Mark::clip(viewport.area));
             remove(properties, {"x", "y", "width", "height", "viewBox", "preserveAspectRatio"});
-            writeGroup(i, properties, transform + viewport.transform, marks, [&] {
-                if (name == QLatin1String("switch"))
-                    writeChoice(i, inside);
-                else
-                    writeChildren(i, inside);
-            });
+            openGroup(i, properties, transform + viewport.transform, marks);
+            if (name == QLatin1String("switch"))
+                appendChoice(i, inside);
+            else
+                appendChildren(i, inside);
         }
     }
 
     /// The first child whose tests let it be drawn (SVG 1.1, 5.8.2).
-    void writeChoice(int i, const Surroundings& inside)
+    void appendChoice(int i, const Surroundings& inside)
     {
         for (int child = i + 1; child < element(i).end; child = element(child).end) {
             const bool isCandidate =
                 !isForeign(m_elements, child)
                 && !isOneOf(localName(element(child).name), {"title", "desc", "metadata"});
             if (isCandidate && passesTests(element(child)))
-                return write(child, inside, nullptr);
+                return append(child, inside, nullptr);
             if (isCandidate)
                 isRendered(element(child), {}); // names what is for other languages
         }
@@ -295,20 +326,15 @@ private:
             QStringLiteral("put what it stands for into the file"));
     }
 
-    template <typename Content>
-    void writeGroup(int i,
-                    QVector<Declaration> properties,
-                    const QString& transform,
-                    QVector<Mark> marks,
-                    Content content)
+    /// Begins a group for the element \a i. What is appended next is in it.
+    void
+    openGroup(int i, QVector<Declaration> properties, const QString& transform, const QVector<Mark>& clips)
     {
-        marks = takeMarks(properties, i) + marks;
+        const QVector<Mark> marks = takeMarks(properties, i) + clips;
         m_writer.writeStartElement(QStringLiteral("g"));
         writeAttributes(properties, transform);
         writeMarks(marks);
-        content();
-        writeEnds(marks);
-        m_writer.writeEndElement();
+        m_pending.append(Pending{-1, nullptr, nullptr, marks.size()});
     }
 
     void writeShape(int i, const QString& name, QVector<Declaration> properties)
@@ -323,7 +349,7 @@ private:
         m_writer.writeStartElement(name);
         writeAttributes(properties, element(i).attribute(QStringLiteral("transform")));
         m_writer.writeEndElement();
-        writeEnds(marks);
+        writeEnds(marks.size());
     }
 
     /// Takes out of the properties of \a i what marks say instead.
@@ -344,9 +370,9 @@ private:
             writeMark(m_writer, mark);
     }
 
-    void writeEnds(const QVector<Mark>& marks)
+    void writeEnds(int marks)
     {
-        for (int i = 0; i < marks.size(); ++i)
+        for (int i = 0; i < marks; ++i)
             writeMark(m_writer, Mark());
     }
 
@@ -365,6 +391,7 @@ private:
     const QVector<XmlElement>& m_elements;
     const References& m_references;
     Cascade m_cascade;
+    QVector<Pending> m_pending; ///< the next one last
     Preparation m_result;
     QXmlStreamWriter m_writer;
 };
