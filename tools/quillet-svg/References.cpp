@@ -16,11 +16,6 @@ References::References(const QVector<XmlElement>& elements)
         if (!id.isEmpty() && !m_ids.contains(id))
             m_ids.insert(id, i);
     }
-    for (const XmlElement& each : elements) {
-        const int target = localName(each.name) == QLatin1String("use") ? targetOf(each) : -1;
-        if (target >= 0)
-            m_used.insert(target);
-    }
     const int tooDeep = firstTooDeep(elements);
     if (tooDeep >= 0)
         fail(tooDeep, QStringLiteral("elements are nested more than 2000 deep"));

@@ -3,7 +3,6 @@
 #include "XmlTree.h"
 
 #include <QtCore/QHash>
-#include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
@@ -18,9 +17,6 @@ public:
 
     /// The element that a "use" repeats, or -1.
     int targetOf(const XmlElement& use) const;
-
-    /// Whether a "use" repeats the element.
-    bool isUsed(int element) const { return m_used.contains(element); }
 
     /// Whether the identifier is a gradient's.
     bool isGradient(const QString& id) const;
@@ -47,7 +43,6 @@ private:
 
     const QVector<XmlElement>& m_elements;
     QHash<QString, int> m_ids;
-    QSet<int> m_used;
     QVector<Content> m_contents;
     QString m_error;
     Position m_errorPosition;
