@@ -1,5 +1,7 @@
 #include "PictureComparison.h"
 
+#include "PictureDifference.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtGui/QPainter>
@@ -13,41 +15,10 @@ constexpr int gap = 8; // pixels between the parts of a picture of differences
 
 const QString how_to_store = QStringLiteral("scripts/gallery --screenshots docs/pictures");
 
-/// The largest difference of a channel.
-int distance(QRgb one, QRgb other)
+QRgb colorFor(int difference)
 {
-    return std::max({qAbs(qRed(one) - qRed(other)),
-                     qAbs(qGreen(one) - qGreen(other)),
-                     qAbs(qBlue(one) - qBlue(other)),
-                     qAbs(qAlpha(one) - qAlpha(other))});
-}
-
-struct Differences
-{
-    QImage map;
-    int count = 0;
-    int largest = 0;
-    QPoint first;
-};
-
-// Of two pictures of one size.
-Differences findDifferences(const QImage& actual, const QImage& stored)
-{
-    Differences result;
-    result.map = QImage(stored.size(), QImage::Format_RGB32);
-    result.map.fill(Qt::white);
-    for (int y = 0; y < stored.height(); ++y) {
-        for (int x = 0; x < stored.width(); ++x) {
-            const int far = distance(actual.pixel(x, y), stored.pixel(x, y));
-            if (far == 0)
-                continue;
-            result.largest = qMax(result.largest, far);
-            result.map.setPixelColor(x, y, far > channel_tolerance ? Qt::red : Qt::gray);
-            if (far > channel_tolerance && result.count++ == 0)
-                result.first = {x, y};
-        }
-    }
-    return result;
+    const QColor color(difference == 0 ? Qt::white : difference > channel_tolerance ? Qt::red : Qt::gray);
+    return color.rgb();
 }
 
 bool write(const QString& fileName, const std::array<QImage, 3>& parts)
@@ -92,18 +63,18 @@ QString pictureDifference(const QImage& actual, const QString& storedFile, const
         map = QImage(stored.size(), QImage::Format_RGB32);
         map.fill(Qt::red);
     } else {
-        const Differences differences = findDifferences(actual, stored);
+        const PictureDifference difference = differenceOf(actual, stored, channel_tolerance);
         const int pixels = stored.width() * stored.height();
-        if (differences.count <= std::min(pixels * pixels_tolerance, double(most_pixels)))
+        if (difference.beyond <= std::min(pixels * pixels_tolerance, double(most_pixels)))
             return {};
         what = QStringLiteral("%1 of %2 pixels differ by more than %3, the first at (%4, %5), by up to %6")
-                   .arg(differences.count)
+                   .arg(difference.beyond)
                    .arg(pixels)
                    .arg(channel_tolerance)
-                   .arg(differences.first.x())
-                   .arg(differences.first.y())
-                   .arg(differences.largest);
-        map = differences.map;
+                   .arg(difference.first.x())
+                   .arg(difference.first.y())
+                   .arg(difference.worst);
+        map = differenceMap(actual, stored, colorFor);
     }
 
     if (!write(differenceFile, {stored, actual, map}))

@@ -1,6 +1,5 @@
 #include "TestCase.h"
 
-#include "corpus/PathDataGrammar.h"
 #include "corpus/Subset.h"
 
 namespace {
@@ -178,41 +177,41 @@ private Q_SLOTS:
     void pathDataIsJudgedByItsGrammar_data()
     {
         QTest::addColumn<QString>("data");
-        QTest::addColumn<bool>("isValid");
-        QTest::addColumn<bool>("hasCompactFlags");
-        const auto row = [](const char* data, bool isValid, bool hasCompactFlags = false) {
-            QTest::newRow(data) << QString::fromUtf8(data) << isValid << hasCompactFlags;
+        QTest::addColumn<QStringList>("outside");
+        const auto row = [](const char* data, const QStringList& outside) {
+            QTest::newRow(data) << QString::fromUtf8(data) << outside;
         };
-        row("", true);
-        row(" m1,2-3.5.5e1+6-7 ", true);
-        row("M0 0Zm1 1zL2 2H3V4C1 2 3 4 5 6S1 2 3 4Q1 2 3 4T1 2", true);
-        row("M0 0z z", true);
-        row("M0 0A1 2 3 0,1-4 5 6 7 8 1 0 9 9", true);
-        row("M0 0a1 2 3 01-4 5", true, true);
-        row("M0 0a1 2 3 0 1.5.5", true, true);
-        row("L0 0", false);
-        row("M0", false);
-        row("M,0 0", false);
-        row("M0,,0", false);
-        row("M0 0,", false);
-        row("M0 0L", false);
-        row("M0 0X", false);
-        row("M0 0z1", false);
-        row("M0 1e", false);
-        row("M0 .", false);
-        row("M0 0a-1 2 3 0 1 4 5", false);
-        row("M0 0a1 2 3 0 2 4 5", false);
-        row("M0 0a1 2 3-0 1 4 5", false);
+        const QString error = QStringLiteral("error in path data");
+        const QString together = QStringLiteral("flags of arcs together");
+        row("", {});
+        row(" m1,2-3.5.5e1+6-7 ", {});
+        row("M0 0Zm1 1zL2 2H3V4C1 2 3 4 5 6S1 2 3 4Q1 2 3 4T1 2", {});
+        row("M0 0z z", {});
+        row("M0 0A1 2 3 0,1-4 5 6 7 8 1 0 9 9", {});
+        row("M0 0a1 2 3 01-4 5", {together});
+        row("M0 0a1 2 3 0 1.5.5", {together});
+        row("M0 0a1 2 3 01-4 5X", {error, together});
+        row("L0 0", {error});
+        row("M0", {error});
+        row("M,0 0", {error});
+        row("M0,,0", {error});
+        row("M0 0,", {error});
+        row("M0 0L", {error});
+        row("M0 0X", {error});
+        row("M0 0z1", {error});
+        row("M0 1e", {error});
+        row("M0 .", {error});
+        row("M0 0a-1 2 3 0 1 4 5", {error});
+        row("M0 0a1 +2 3 0 1 4 5", {error});
+        row("M0 0a1 2 3 0 2 4 5", {error});
+        row("M0 0a1 2 3-0 1 4 5", {error});
     }
 
     void pathDataIsJudgedByItsGrammar()
     {
         QFETCH(const QString, data);
-        QFETCH(const bool, isValid);
-        QFETCH(const bool, hasCompactFlags);
-        const PathDataTraits traits = traitsOfPathData(data);
-        QCOMPARE(traits.isValid, isValid);
-        QCOMPARE(traits.hasCompactFlags, hasCompactFlags);
+        QFETCH(const QStringList, outside);
+        QCOMPARE(judgementOf({}, QStringLiteral("<path d='%1'/>").arg(data)).outside, outside);
     }
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PictureDifference.h"
+
 #include <QtCore/QRectF>
 #include <QtCore/QStringList>
 #include <QtGui/QImage>
@@ -17,12 +19,7 @@ QImage pictureByQuillet(const Quillet::PainterPathContainer& shapes, const QRect
 /// \a messages.
 QImage pictureByQt(const QString& document, const QRectF& area, QStringList& messages);
 
-struct Difference
-{
-    int largest = 0; ///< of all channels of all pixels, premultiplied by alpha
-    int pixels = 0;  ///< those that differ at all
-};
-
-Difference differenceOf(const QImage& one, const QImage& other);
+/// By channels that are premultiplied by alpha.
+PictureDifference differenceBetween(const QImage& one, const QImage& other);
 
 bool isBlank(const QImage& picture);

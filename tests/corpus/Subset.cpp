@@ -1,6 +1,6 @@
 #include "Subset.h"
 
-#include "PathDataGrammar.h"
+#include "PathGrammar.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSet>
@@ -167,12 +167,15 @@ private:
 
     void judgePath(const QDomElement& path)
     {
-        const PathDataTraits traits = traitsOfPathData(path.attribute(QStringLiteral("d")));
-        if (!traits.isValid)
+        const PathReading reading = readPathData(path.attribute(QStringLiteral("d")));
+        const auto hasAny = [&](auto condition) {
+            return std::any_of(reading.segments.begin(), reading.segments.end(), condition);
+        };
+        if (reading.errorOffset >= 0 || hasAny(hasSignedRadius))
             note(QStringLiteral("error in path data"));
-        if (traits.hasCompactFlags)
+        if (hasAny([](const PathSegment& segment) { return segment.hasJoinedFlags; }))
             note(QStringLiteral("flags of arcs together"));
-        if (traits.hasFlatArcs)
+        if (hasAny(isFlatArc))
             note(QStringLiteral("arc with a radius of 0"));
         if (!path.hasAttribute(QStringLiteral("fill-rule")))
             m_judgement.rules |= FillRuleRule;

@@ -130,7 +130,7 @@ QString causeOfRefusal(const QString& text)
 /// Quillet's picture and that of Qt, with the differences taken away that some rules make.
 struct Comparison
 {
-    Difference difference;
+    PictureDifference difference;
     bool isBlank = true;
     QStringList messages; ///< of Qt
 };
@@ -149,14 +149,14 @@ compare(const QString& forQuillet, const QString& forQt, const Judgement& judgem
     if (theirs.isNull())
         result.messages.append(QStringLiteral("cannot be loaded"));
     else
-        result.difference = differenceOf(ours, theirs);
+        result.difference = differenceBetween(ours, theirs);
     result.isBlank = isBlank(ours) && isBlank(theirs);
     return result;
 }
 
 bool isEqual(const Comparison& comparison, int tolerance)
 {
-    return comparison.messages.isEmpty() && comparison.difference.largest <= tolerance;
+    return comparison.messages.isEmpty() && comparison.difference.worst <= tolerance;
 }
 
 Comparison compareUnder(Rules rules, const QDomDocument& document, const Judgement& judgement)
@@ -196,7 +196,7 @@ QJsonObject comparisonOf(const QString& text, const QDomDocument& document, cons
 {
     const Comparison comparison = compare(text, text, judgement);
     QJsonObject result{
-        {QStringLiteral("largest"), comparison.difference.largest},
+        {QStringLiteral("largest"), comparison.difference.worst},
         {QStringLiteral("pixels"), comparison.difference.pixels},
         {QStringLiteral("blank"), comparison.isBlank},
         {QStringLiteral("messages"), QJsonArray::fromStringList(comparison.messages)},

@@ -21,6 +21,9 @@ QImage emptyPicture(const QSizeF& drawing, int size, double& scale);
 /// What Qt's renderer draws, its longer side as long as \a size, on nothing.
 QImage drawWithQt(QSvgRenderer& renderer, const Frame& frame, int size);
 
+/// What the library draws in \a area of \a picture, its longer side as long as \a size, on nothing.
+QImage drawWithLibrary(const Quillet::PainterPathContainer& picture, const QRectF& area, int size);
+
 /// What the library draws of \a picture, whose coordinates are those of a drawing of \a frameSize.
 QImage drawWithLibrary(const Quillet::PainterPathContainer& picture, const QSizeF& frameSize, int size);
 

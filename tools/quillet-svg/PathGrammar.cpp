@@ -4,8 +4,7 @@ namespace {
 
 bool isSpace(QChar c)
 {
-    return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r')
-           || c == QLatin1Char('\f');
+    return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r');
 }
 
 bool isDigit(QChar c)
@@ -124,6 +123,11 @@ bool isFlag(QChar command, int index)
     return command.toUpper() == QLatin1Char('A') && (index == 3 || index == 4);
 }
 
+bool isRadiusWithSign(const QString& number)
+{
+    return number.startsWith(QLatin1Char('+')) || number.startsWith(QLatin1Char('-'));
+}
+
 /// Reads the numbers of one segment.
 /// \return false where one is missing.
 bool readNumbers(Scanner& scanner, PathSegment& segment, int count)
@@ -149,6 +153,12 @@ bool isFlatArc(const PathSegment& segment)
 {
     return segment.command.toUpper() == QLatin1Char('A')
            && (segment.numbers[0].toDouble() == 0 || segment.numbers[1].toDouble() == 0);
+}
+
+bool hasSignedRadius(const PathSegment& segment)
+{
+    return segment.command.toUpper() == QLatin1Char('A')
+           && (isRadiusWithSign(segment.numbers[0]) || isRadiusWithSign(segment.numbers[1]));
 }
 
 PathReading readPathData(const QString& data)

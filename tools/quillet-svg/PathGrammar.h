@@ -26,5 +26,9 @@ bool isFlatArc(const PathSegment& segment);
 
 PathReading readPathData(const QString& data);
 
+/// Whether \a segment is an arc with a sign at a radius. The grammar has none; by F.6.2 it is to be dropped,
+/// so it does not count as an error here.
+bool hasSignedRadius(const PathSegment& segment);
+
 /// The same path with every command and number apart. Flat arcs become lines.
 QString spelledOut(const PathReading& reading, int segmentCount);
