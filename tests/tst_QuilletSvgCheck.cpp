@@ -1,7 +1,19 @@
 #include "TestCase.h"
 
 #include "Checker.h"
+#include "PathComparison.h"
+#include "PathDataCheck.h"
 #include "PathGrammar.h"
+#include "RandomPathData.h"
+
+#include <Quillet/PainterPathContainer.h>
+#include <Quillet/SvgFileParser.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+
+#include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -26,6 +38,14 @@ QString graveFindings(const Check& check)
                 .arg(each.rule));
     }
     return result.join(QStringLiteral(", "));
+}
+
+std::optional<QPainterPath> readByTheLibrary(const QString& data)
+{
+    Quillet::PainterPathContainer picture;
+    if (!Quillet::parseSvg(QStringLiteral("<svg><path d=\"%1\"/></svg>").arg(data.toHtmlEscaped()), picture))
+        return std::nullopt;
+    return picture.getPaths().front()->getPath();
 }
 
 } // namespace
@@ -61,6 +81,9 @@ private Q_SLOTS:
             "<s:path xmlns:s='http://www.w3.org/2000/svg' d='M0 0h9'/>",
             "lost 2:1 prefix");
         row("unknown element", "<flowRoot/>", "lost 2:1 unknown-element");
+        row("elements in capitals",
+            "<G><PATH d='M0 0h9'/></G>",
+            "lost 2:1 unknown-element, lost 2:4 unknown-element");
         row("element that draws nothing", "<linearGradient/><view/>", "");
         row("style sheet in another file", "<?xml-stylesheet href='a.css'?>", "lost 2:1 style-sheet");
         row("foreign element", "<x:rect width='9'/>", "");
@@ -112,6 +135,23 @@ private Q_SLOTS:
         row("sharp corner", "<path stroke='red' d='M0 0L9 1 0 2'/>", "lost 2:1 miter");
         row("blunt corner", "<path stroke='red' d='M0 0L9 9 0 18'/>", "");
 
+        row("unit in the middle", "<path stroke-width='1px5' d='M0 0h9'/>", "lost 2:21 number");
+        row("opacity that is no number", "<g opacity='nan'/>", "lost 2:13 number");
+        row("limit below 1", "<path stroke='red' stroke-miterlimit='.5' d='M0 0h9'/>", "lost 2:1 miter");
+        row("limit below 1 of a group",
+            "<g stroke-miterlimit='.5'><path stroke='red' d='M0 0h9'/></g>",
+            "lost 2:27 miter");
+        row("limit below 1 without corners",
+            "<path stroke='red' stroke-linejoin='round' stroke-miterlimit='.5' d='M0 0h9'/>",
+            "");
+        row("limit below 1 without a stroke", "<path stroke-miterlimit='.5' d='M0 0h9'/>", "");
+        row("limit that is too large", "<path stroke-miterlimit='1e39' d='M0 0h9'/>", "lost 2:26 number");
+        row("numbers between spaces",
+            "<path opacity=' 1 ' stroke-width=' +.5e1px ' stroke-miterlimit='4.' d='M0 0h9'/>",
+            "");
+        row("values behind one that a group does not take",
+            "<g fill-opacity='1%' fill='currentColor' stroke-width='1px5' opacity='nan'/>",
+            "lost 2:18 group-value, lost 2:71 number");
         row("percentage on a group", "<g opacity='50%' fill='red'/>", "lost 2:13 group-value");
         row("percentage on a path", "<path opacity='50%' d='M0 0h9'/>", "refused 2:16 value");
         row("unit", "<path stroke-width='2pt' d='M0 0h9'/>", "refused 2:21 value");
@@ -122,17 +162,59 @@ private Q_SLOTS:
             "<path opacity='50%' d='M0 0h9'/><rect/>",
             "refused 2:16 value");
 
-        row("flags together", "<path d='M0 5a5 5 0 1110 0'/>", "lost 2:14 arc-flags");
+        row("flags together", "<path d='M0 5a5 5 0 1110 0'/>", "lost 2:21 arc-flags");
         row("flags together, first in the path",
             "<path d='M8 1a7 7 0 100 14zM4 5h1'/>",
-            "lost 2:14 arc-flags");
-        row("flags together, refused", "<path d='M0 5a5 5 0 01.5.5X1'/>", "refused 2:27 path-error");
-        row("second arc", "<path d='M0 5a5 5 0 1 1 10 0 5 5 0 11-10 0'/>", "lost 2:30 arc-flags");
+            "lost 2:21 arc-flags");
+        row("flags together, refused behind them",
+            "<path d='M0 5a5 5 0 01.5.5X1a5 5 0 11 1 1'/>",
+            "lost 2:21 arc-flags, refused 2:27 path-error");
+        row("second arc", "<path d='M0 5a5 5 0 1 1 10 0 5 5 0 11-10 0'/>", "lost 2:36 arc-flags");
+        row("three arcs",
+            "<path d='M0 5a5 5 0 1110 0 5 5 0 1 1 2 2 5 5 0 11-10 0A5 5 0 0012 5'/>",
+            "lost 2:21 arc-flags, lost 2:48 arc-flags, lost 2:62 arc-flags");
+        row("flags together in two paths",
+            "<path d='M0 5a5 5 0 1110 0'/>\n<path d='M0 5a5 5 0 1110 0'/>",
+            "lost 2:21 arc-flags, lost 3:21 arc-flags");
         row("flags apart", "<path d='M0 5a5 5 0 1 1 10 0'/>", "");
         row("flat arc", "<path d='M0 5A0 5 0 1 1 10 0'/>", "lost 2:14 arc-radius");
+        row("flat arc that leads nowhere", "<path d='M0 5A0 5 0 1 1 0 5a0 5 0 1 1 0 0L9 9'/>", "");
+        row("flat arcs and flags together",
+            "<path d='M0 5a0 5 0 1 1 9 0a5 5 0 1110 0zh9A5 0 0 1 0 0 5A5 0 0 1 1 0 6'/>",
+            "lost 2:14 arc-radius, lost 2:35 arc-flags, lost 2:44 arc-radius, lost 2:58 arc-radius");
+        row("flat arcs that lead nowhere, behind each command that moves",
+            "<path d='M1 2H5V6A0 1 0 0 1 5 6M7 8h1zA0 1 0 0 1 7 8C1 1 2 2 3 4A0 1 0 0 1 3 4m1 1v1h1a0 1 0 0 "
+            "1 0 "
+            "0a5 5 0 1110 0'/>",
+            "lost 2:108 arc-flags");
         row("comma behind a letter", "<path d='M0 0L,1 2'/>", "refused 2:15 path-error");
+        row("more behind what is refused", "<path d='M0 0L,1 2a5 5 0 1110 0'/>", "refused 2:15 path-error");
+        row("error that the reader passes over", "<path d='M0 0L5 5,L6 6'/>", "lost 2:19 path-error");
+        row("error at the end", "<path d='M0 0L5 5 6'/>", "");
+        row("error behind flags together", "<path d='M0 0a5 5 0 1110 0L5'/>", "lost 2:21 arc-flags");
+        row("flag that is none", "<path d='M0 0a5 5 0 1 2 6 6'/>", "lost 2:23 path-error");
+        row("number that is too large", "<path d='M0 0L5 1e999'/>", "lost 2:17 number");
+        row("number that is too large, refused behind it",
+            "<path d='M0 0L1e999 55a5 5 0 1110 0'/>",
+            "refused 2:15 number");
+        row("number that is too large, refused in the next pair",
+            "<path d='M0 0L1e999 5 6 7'/>",
+            "refused 2:15 number");
+        row("number that misleads, and one that does not",
+            "<path d='M0 0h1e999 5 6 1e200'/>",
+            "refused 2:15 number");
+        row("number that misleads behind one that does not",
+            "<path d='M0 0h1e200 1e999 5 6'/>",
+            "lost 2:15 number, refused 2:21 number");
+        row("number that is too large for a picture", "<path d='M0 0H-3.5e38V9'/>", "lost 2:15 number");
+        row("number that is too small", "<path d='M0 0L5 1e-999'/>", "lost 2:17 number");
+        row("several such numbers",
+            "<path d='M0 0h1e-999v1e-999a5 5 0 111e-999 1'/>",
+            "lost 2:15 number, lost 2:22 number, lost 2:35 arc-flags, lost 2:37 number");
+        row("largest and smallest numbers", "<path d='M0 0L3.4e38 1e-300'/>", "");
         row("letter that is none", "<path d='M0 0h5x5'/>", "refused 2:16 path-error");
         row("second line", "<path d='M0 0\n h5 x5'/>", "refused 3:5 path-error");
+        row("place behind a reference", "<path d='M0 0&#32;L5 x5'/>", "refused 2:22 path-error");
         row("numbers without space", "<path d='M.5.5-1-1l1e1-1E-1'/>", "");
     }
 
@@ -141,6 +223,25 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QString, findings);
         QCOMPARE(graveFindings(checkSvg(text)), findings);
+    }
+
+    void namesWidthsThatTheReaderIgnores()
+    {
+        const auto check = [](const char* width) {
+            const QString path =
+                QStringLiteral("<path stroke-width='%1' d='M0 0h9'/>").arg(QLatin1String(width));
+            return checkSvg(document(qPrintable(path)));
+        };
+        const QString said = QStringLiteral("QPen::setWidthF: Setting a pen width that is out of range");
+        expectMessage(said);
+        QCOMPARE(graveFindings(check("32768")), QStringLiteral("lost 2:21 number"));
+        QCOMPARE(graveFindings(check("32767.5")), QString());
+        // SVG ignores it, too.
+        expectMessage(said);
+        const Check negative = check("-1");
+        QCOMPARE(negative.verdict(), Finding::Note);
+        QCOMPARE(negative.findings.size(), 1);
+        QCOMPARE(negative.findings.first().rule, QStringLiteral("number"));
     }
 
     void findsWhatIsWrongWithTheWhole_data()
@@ -193,6 +294,129 @@ private Q_SLOTS:
         QVERIFY(graveFindings(check).endsWith(QStringLiteral("lost 2:12 transform")));
     }
 
+    void whateverIsReadOtherwiseIsNamed_data()
+    {
+        QTest::addColumn<int>("style");
+        for (int i = 0; i < pathDataStyles().size(); ++i)
+            QTest::newRow(pathDataStyles()[i].name) << i;
+    }
+
+    void whateverIsReadOtherwiseIsNamed()
+    {
+        QFETCH(int, style);
+        std::mt19937 random(20261121u + uint(style));
+        for (int i = 0; i < rounds(400); ++i) {
+            XmlAttribute attribute;
+            attribute.value = randomPathData(pathDataStyles()[style], random);
+            const PathReading reading = readPathData(attribute.value);
+            const auto meant = readByTheLibrary(spelledOut(reading, reading.segments.size()));
+            const auto drawn = readByTheLibrary(attribute.value);
+            const QVector<Finding> findings = checkPathData(attribute);
+            const auto count = [&](auto condition) {
+                return std::count_if(findings.begin(), findings.end(), condition);
+            };
+            const auto has = [&](const char* rule) {
+                return count([&](const Finding& each) { return each.rule == QLatin1String(rule); }) > 0;
+            };
+            const auto refused = count([](const Finding& each) { return each.weight == Finding::Refused; });
+            const auto lost = count([](const Finding& each) { return each.weight == Finding::Lost; });
+            QVERIFY2(refused == (drawn ? 0 : 1), qPrintable(attribute.value));
+            QVERIFY2(!has("path-data"), qPrintable(attribute.value)); // for what nobody has thought of
+            if (drawn && !has("number")) {
+                const bool isSame = meant && firstDifference(*drawn, *meant).isEmpty();
+                QVERIFY2(isSame == (lost == 0), qPrintable(attribute.value));
+            }
+        }
+    }
+
+    void columnsCountCharacters_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("findings");
+        const auto row = [](const char* name, const char* text, const char* findings) {
+            QTest::newRow(name) << QString::fromUtf8(text) << QString::fromLatin1(findings);
+        };
+        row("two units for a character", "<svg>\n<g id='\xf0\x9f\x98\x80'/><rect/></svg>", "lost 2:12 shape");
+        row("two units behind an error", "<svg>\n<g id='\xf0\x9f\x98\x80'/><</svg>", "refused 2:13 xml");
+        row("lines of two characters",
+            "<svg>\r\n<path d='M0 0\r\n h5\r\n x5'/></svg>",
+            "refused 4:2 path-error");
+        row("lines of old", "<svg>\r<path d='M0 0\r h5 x5'/></svg>", "refused 3:5 path-error");
+        row("references in the value",
+            "<svg><path d='M0 0&#32;&#x20;L5 x5'/></svg>",
+            "refused 1:33 path-error");
+        row("entity in the value",
+            "<!DOCTYPE svg [<!ENTITY a \"L5 5 \">]>\n<svg><path d='M0 0&a;h5 x5'/></svg>",
+            "refused 2:19 path-error");
+    }
+
+    void columnsCountCharacters()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, findings);
+        QCOMPARE(graveFindings(checkSvg(text)), findings);
+    }
+
+    void whatMakesNoDifferenceIsANote()
+    {
+        // The arc ends where it begins, however its flags are read.
+        const Check check = checkSvg(document("<path d='M0 0L5 5a5 5 0 110 0'/>"));
+        QCOMPARE(check.verdict(), Finding::Note);
+        QCOMPARE(check.findings.size(), 1);
+        QCOMPARE(check.findings.first().rule, QStringLiteral("arc-flags"));
+        QVERIFY(check.findings.first().message.endsWith(QStringLiteral("; here that makes no difference")));
+    }
+
+    void manyFaultsOfAPathTakeTheTimeOfOnePass()
+    {
+        // Places looked for from the beginning each time would take minutes.
+        const QString arcs = QStringLiteral("a1 1 0 111 1").repeated(50000);
+        const Check check = checkSvg(QStringLiteral("<svg><path d='M0 0%1'/></svg>").arg(arcs));
+        QCOMPARE(check.findings.size(), 50000);
+    }
+
+    void bytesThatAreNotReadAreNamed_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("findings");
+        const auto row = [](const char* name, const QByteArray& bytes, const char* findings) {
+            QTest::newRow(name) << bytes << QString::fromLatin1(findings);
+        };
+        row("none", "<svg/>\n", "");
+        row("null byte at the end", QByteArray("<svg/>\n\0", 8), "");
+        row("behind a null byte", QByteArray("<svg/>\n\0<g/>", 12), "lost 2:1 null-byte");
+        row("null byte within", QByteArray("<svg>\n\0</svg>", 13), "refused 1:6 xml, lost 2:1 null-byte");
+    }
+
+    void bytesThatAreNotReadAreNamed()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, findings);
+        QCOMPARE(graveFindings(checkDocument(read(bytes))), findings);
+    }
+
+    void theNumberOfBytesBehindANullIsSaid()
+    {
+        const auto message = [this](const QByteArray& bytes) {
+            return checkDocument(read(bytes)).findings.last().message;
+        };
+        QCOMPARE(message(QByteArray("<svg/>\0x", 8)),
+                 QStringLiteral("the reader stops at a null byte; the byte behind it is not read"));
+        QCOMPARE(message(QByteArray("<svg/>\0xy", 9)),
+                 QStringLiteral("the reader stops at a null byte; the 2 bytes behind it are not read"));
+    }
+
+    void bytesThatAreNoUtf8AreNoted()
+    {
+        const Check check = checkDocument(read("\xef\xbb\xbf<svg>\n <!-- \xe4 --></svg>"));
+        QCOMPARE(check.verdict(), Finding::Note);
+        QCOMPARE(check.findings.size(), 1);
+        QCOMPARE(check.findings.first().rule, QStringLiteral("encoding"));
+        QCOMPARE(check.findings.first().position.line, 2);
+        QCOMPARE(check.findings.first().position.column, 7);
+        QVERIFY(checkDocument(read("<svg><!-- \xc3\xa4 --></svg>")).findings.isEmpty());
+    }
+
     void namesWhatIsIgnoredWithoutLoss()
     {
         const Check check = checkSvg(document("<g id='a'><desc/></g>"));
@@ -226,6 +450,9 @@ private Q_SLOTS:
         row("M0 0,", "M0 0 ", 5);
         row("M1e2 1.e-1", "M1e2 1.e-1 ", -1);
         row("M1e 2", "", 2);
+        row("M0 0a-1 +2 0 0 1 5 5", "M0 0 a-1 +2 0 0 1 5 5 ", -1);
+        row("M0 0z1", "M0 0 z ", 5);
+        row("M0 .", "", 3);
         row("M1 2H3 4V5", "M1 2 H3 H4 V5 ", -1);
     }
 
@@ -238,6 +465,41 @@ private Q_SLOTS:
         QCOMPARE(spelledOut(reading, reading.segments.size()), spelled);
         QCOMPARE(reading.errorOffset, error);
     }
+
+    void anErrorSaysWhatStandsWhere_data()
+    {
+        QTest::addColumn<QString>("data");
+        QTest::addColumn<QString>("error");
+        const auto row = [](const char* data, const char* error) {
+            QTest::newRow(data) << QString::fromUtf8(data) << QString::fromUtf8(error);
+        };
+        row("L0 0", "it does not begin with a move, M or m");
+        row("M0 0x5", "“x” stands where a command must");
+        row("M0 0\xf0\x9f\x98\x80", "“\xf0\x9f\x98\x80” stands where a command must");
+        row("M0 0L5", "it ends where the command L needs another number");
+        row("M0 0L5z", "“z” stands where the command L needs a number");
+        row("M0 0a5 5 0 2 1 5 5", "“2” stands where a flag of an arc must, 0 or 1");
+    }
+
+    void anErrorSaysWhatStandsWhere()
+    {
+        QFETCH(QString, data);
+        QFETCH(QString, error);
+        QCOMPARE(readPathData(data).error, error);
+    }
+
+private:
+    /// As it is read from a file.
+    Document read(const QByteArray& bytes) const
+    {
+        QFile file(m_directory.filePath(QStringLiteral("a.svg")));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            return {};
+        file.close();
+        return readDocument(file.fileName());
+    }
+
+    QTemporaryDir m_directory;
 };
 
 QUILLET_TEST_MAIN(TestQuilletSvgCheck)

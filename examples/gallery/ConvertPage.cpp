@@ -4,8 +4,8 @@
 #include "DocumentBox.h"
 #include "VectorDocument.h"
 
-#include <Document.h>
 #include <FindingText.h>
+#include <Output.h>
 
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QGridLayout>

@@ -36,7 +36,7 @@ ConvertedDocument convertDocument(const QString& fileName, int size)
     result.error = document.error;
     if (!result.error.isEmpty())
         return result;
-    result.check = checkSvg(document.text);
+    result.check = checkDocument(document);
     result.conversion = convertSvg(document.text);
     result.error = result.conversion.error;
     if (!result.error.isEmpty())

@@ -3,6 +3,7 @@
 #include "AttributeRules.h"
 #include "Frame.h"
 #include "Names.h"
+#include "NumberCheck.h"
 #include "PathDataCheck.h"
 #include "PresentationCheck.h"
 #include "Style.h"
@@ -11,6 +12,7 @@
 #include <Quillet/SvgFileParser.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -33,7 +35,7 @@ public:
                 QStringLiteral("the style sheet in another file is not read"),
                 QStringLiteral("write the properties as attributes"));
         }
-        checkElement(0, Presentation());
+        checkShapes();
         return m_findings;
     }
 
@@ -55,7 +57,7 @@ private:
                 root.position,
                 QStringLiteral("root"),
                 QStringLiteral("the root is <%1>; the reader takes <svg> only").arg(root.name),
-                QStringLiteral("rename it, with its namespace as “xmlns”"));
+                QStringLiteral("write <svg>, and the namespace in “xmlns”"));
             return false;
         }
         const int tooDeep = firstTooDeep(m_elements);
@@ -63,8 +65,8 @@ private:
             say(Finding::Refused,
                 m_elements[tooDeep].position,
                 QStringLiteral("depth"),
-                QStringLiteral("elements are nested more than 2000 deep"),
-                QStringLiteral("take groups out that hold one group only"));
+                QStringLiteral("elements are nested more than %1 deep").arg(deepest_nesting),
+                QStringLiteral("take out groups that hold nothing but a group"));
             return false;
         }
         checkFrame(root);
@@ -86,9 +88,8 @@ private:
             QStringLiteral("set a transform when you draw, or run “quillet-svg convert”"));
     }
 
-    /// Checks an element that the reader reads, and what is in it.
-    /// \return false where the reader stops.
-    bool checkElement(int root, const Presentation& rootPresentation)
+    /// Checks the root and what is in it, up to where the reader stops.
+    void checkShapes()
     {
         struct Group
         {
@@ -101,7 +102,7 @@ private:
             checkGroup(m_elements[i]);
             groups.append({i + 1, m_elements[i].end, inherit(around, m_elements[i])});
         };
-        enter(root, rootPresentation);
+        enter(0, Presentation());
         while (!groups.isEmpty()) {
             Group& group = groups.last();
             if (group.next >= group.end) {
@@ -111,47 +112,64 @@ private:
             const int i = group.next;
             group.next = m_elements[i].end;
             const QString tag = m_elements[i].name.toLower();
+            if (isOneOf(tag, {"g", "path"}))
+                checkCase(m_elements[i], tag);
             if (tag == QLatin1String("g")) {
                 const Presentation around = group.presentation;
                 enter(i, around);
             } else if (tag == QLatin1String("path")) {
                 if (!checkPath(i, group.presentation))
-                    return false;
+                    return;
             } else {
                 checkIgnored(m_elements[i]);
             }
         }
-        return true;
+    }
+
+    void checkCase(const XmlElement& element, const QString& tag)
+    {
+        if (element.name == tag)
+            return;
+        say(Finding::Lost,
+            element.position,
+            QStringLiteral("unknown-element"),
+            QStringLiteral("<%1> is no element of SVG; the reader takes it for <%2>").arg(element.name, tag),
+            QStringLiteral("write <%1>, or take it out").arg(tag));
     }
 
     void checkGroup(const XmlElement& group)
     {
-        for (const QString& name : readAttributes()) {
+        const QVector<QString>& names = readAttributes();
+        const auto isRefusedIn = [&group](const QString& name) {
             const XmlAttribute* attribute = group.find(name);
-            if (!attribute || !isRefused(name, attribute->value))
-                continue;
-            QStringList unread;
-            for (int i = readAttributes().indexOf(name) + 1; i < readAttributes().size(); ++i) {
-                if (group.find(readAttributes()[i]))
-                    unread.append(readAttributes()[i]);
-            }
-            QString message =
-                QStringLiteral("“%1” is no value that the reader takes for “%2”").arg(attribute->value, name);
-            if (name == QLatin1String("opacity"))
+            return attribute && isRefused(name, attribute->value);
+        };
+        QStringList unread;
+        const auto refused = std::find_if(names.begin(), names.end(), isRefusedIn);
+        if (refused != names.end()) {
+            const XmlAttribute& attribute = *group.find(*refused);
+            std::copy_if(std::next(refused),
+                         names.end(),
+                         std::back_inserter(unread),
+                         [&](const QString& name) { return group.find(name) != nullptr; });
+            QString message = QStringLiteral("“%1” is no value that the reader takes for “%2”")
+                                  .arg(attribute.value, attribute.name);
+            if (attribute.name == QLatin1String("opacity"))
                 message += QStringLiteral("; it counts as 0");
             if (!unread.isEmpty())
-                message += QStringLiteral("; because of it, these are not read: ")
+                message += QStringLiteral("; because of it these are not read: ")
                            + unread.join(QStringLiteral(", "));
             say(Finding::Lost,
-                attribute->valuePosition,
+                attribute.valuePosition,
                 QStringLiteral("group-value"),
                 message,
-                refusalOf(name));
-            break;
+                refusalOf(attribute.name));
+            unread.append(attribute.name);
         }
-        checkAttributes(group);
+        checkAttributes(group, unread);
     }
 
+    /// \return false where the reader stops.
     bool checkPath(int i, const Presentation& around)
     {
         const XmlElement& path = m_elements[i];
@@ -169,8 +187,8 @@ private:
                 say(Finding::Refused,
                     attribute->valuePosition,
                     QStringLiteral("value"),
-                    QStringLiteral("“%1” is no value that the reader takes for “%2”; it refuses the rest of "
-                                   "the document")
+                    QStringLiteral("“%1” is no value that the reader takes for “%2”; it refuses the document "
+                                   "here")
                         .arg(attribute->value, name),
                     refusalOf(name));
                 return false;
@@ -179,21 +197,41 @@ private:
         checkAttributes(path);
         for (int child = i + 1; child < path.end; child = m_elements[child].end)
             checkIgnored(m_elements[child]);
-        if (m_shape < m_picture.getPaths().size())
-            m_findings += checkPresentation(path, inherit(around, path), *m_picture.getPaths()[m_shape]);
+        if (m_shape < m_picture.getPaths().size()) {
+            const Quillet::PainterPath& shape = *m_picture.getPaths()[m_shape];
+            m_findings += checkPresentation(path, inherit(around, path), shape);
+            checkLimit(path, shape.getPen());
+        }
         ++m_shape;
         return true;
     }
 
-    void checkAttributes(const XmlElement& element)
+    void checkLimit(const XmlElement& path, const QPen& pen)
+    {
+        if (!pen.color().isValid() || pen.joinStyle() != Qt::MiterJoin || pen.miterLimit() >= 1)
+            return;
+        say(Finding::Lost,
+            path.position,
+            QStringLiteral("miter"),
+            QStringLiteral("the miter limit %1 is an error in SVG; the reader cuts corners by it")
+                .arg(pen.miterLimit()),
+            QStringLiteral("choose another line join or limit, or run “quillet-svg convert”"));
+    }
+
+    /// What the values of \a unread are does not matter.
+    void checkAttributes(const XmlElement& element, const QStringList& unread = {})
     {
         for (const XmlAttribute& each : element.attributes) {
-            if (each.name == QLatin1String("fill") || each.name == QLatin1String("stroke"))
-                m_findings += checkColor(each);
-            else if (each.name == QLatin1String("style"))
+            if (each.name == QLatin1String("style"))
                 checkStyle(each);
             else if (!readAttributes().contains(each.name) && each.name != QLatin1String("d"))
                 checkIgnoredAttribute(each);
+            else if (unread.contains(each.name))
+                continue;
+            else if (each.name == QLatin1String("fill") || each.name == QLatin1String("stroke"))
+                m_findings += checkColor(each);
+            else
+                m_findings += checkNumber(each);
         }
     }
 
@@ -236,7 +274,7 @@ private:
         Ignored ignored = ignoredElement(local);
         QString message = QStringLiteral("<%1> is ignored").arg(element.name);
         if (foreign) {
-            ignored = {Finding::Note, QStringLiteral("foreign"), QStringLiteral("nothing needs be done")};
+            ignored = {Finding::Note, QStringLiteral("foreign"), QStringLiteral("nothing needs to be done")};
         } else if (local != element.name && isOneOf(local, {"path", "g"})) {
             ignored = {Finding::Lost,
                        QStringLiteral("prefix"),
@@ -300,6 +338,42 @@ Check checkSvg(const QString& text)
                                 QStringLiteral("the reader refuses the document"),
                                 QStringLiteral("run “quillet-svg convert”")});
     }
+    sortFindings(result.findings);
+    return result;
+}
+
+QVector<Finding> checkBytes(const Document& document)
+{
+    QVector<Finding> findings;
+    const QString& text = document.text;
+    if (document.hasInvalidBytes) {
+        const int place = text.indexOf(QChar(QChar::ReplacementCharacter));
+        findings.append(
+            {Finding::Note,
+             positionIn(text, place < 0 ? text.size() : place),
+             QStringLiteral("encoding"),
+             QStringLiteral("there are bytes that are no UTF-8; the reader knows no other encoding"),
+             QStringLiteral("write the file as UTF-8, with iconv")});
+    }
+    if (document.bytesBehindNull > 0) {
+        findings.append(
+            {Finding::Lost,
+             positionIn(text, text.size()),
+             QStringLiteral("null-byte"),
+             QStringLiteral("the reader stops at a null byte; the %1 behind it %2 not read")
+                 .arg(document.bytesBehindNull == 1
+                          ? QStringLiteral("byte")
+                          : QStringLiteral("%1 bytes").arg(document.bytesBehindNull),
+                      document.bytesBehindNull == 1 ? QStringLiteral("is") : QStringLiteral("are")),
+             QStringLiteral("take the null byte out, with tr -d '\\000'")});
+    }
+    return findings;
+}
+
+Check checkDocument(const Document& document)
+{
+    Check result = checkSvg(document.text);
+    result.findings += checkBytes(document);
     sortFindings(result.findings);
     return result;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Document.h"
 #include "Finding.h"
 
 #include <QtCore/QString>
@@ -18,3 +19,9 @@ struct Check
 
 /// Reads \a text with the library, and names what of it is refused, ignored or drawn otherwise than SVG says.
 Check checkSvg(const QString& text);
+
+/// Likewise, and names what of the file's bytes is not read as it stands there.
+Check checkDocument(const Document& document);
+
+/// What of the file's bytes is not read as it stands there.
+QVector<Finding> checkBytes(const Document& document);

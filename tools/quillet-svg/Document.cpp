@@ -3,11 +3,14 @@
 #include <QtCore/QDirIterator>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
+#include <QtCore/QTextCodec>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace {
+
+constexpr int utf_8 = 106; // the number of the encoding by IANA, by which Qt always finds it
 
 bool isCompressed(const QByteArray& bytes)
 {
@@ -19,56 +22,104 @@ bool isUtf16(const QByteArray& bytes)
     return bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff");
 }
 
+Document failed(const QString& error)
+{
+    Document document;
+    document.error = error;
+    return document;
+}
+
+Document documentFrom(const QByteArray& bytes)
+{
+    if (bytes.size() > largest_file)
+        return failed(QStringLiteral("this file is larger than 64 MiB"));
+    if (isCompressed(bytes))
+        return failed(QStringLiteral("this file is compressed; unpack it first, with gunzip"));
+    if (isUtf16(bytes))
+        return failed(QStringLiteral("this file is in UTF-16; write it as UTF-8 first, with iconv"));
+
+    Document document;
+    const int size = int(qstrnlen(bytes.constData(), uint(bytes.size())));
+    document.text = QString::fromUtf8(bytes.constData(), size);
+    document.bytesBehindNull = std::max(0, bytes.size() - size - 1);
+    QTextCodec::ConverterState state;
+    QTextCodec::codecForMib(utf_8)->toUnicode(bytes.constData(), size, &state);
+    document.hasInvalidBytes = state.invalidChars > 0 || state.remainingChars > 0;
+    return document;
+}
+
+Document readFrom(QFile& file)
+{
+    const QByteArray bytes = file.read(largest_file + 1);
+    if (file.error() != QFileDevice::NoError)
+        return failed(QStringLiteral("cannot be read: ") + file.errorString());
+    return documentFrom(bytes);
+}
+
+/// The SVG files in the directory and below it.
+QVector<Input> filesBelow(const QString& directory)
+{
+    QVector<Input> result;
+    QDirIterator each(directory,
+                      {QStringLiteral("*.svg")},
+                      QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    const auto note = [&](const QFileInfo& info) {
+        if (!info.isDir())
+            result.append({info.filePath(), QString()});
+        else if (!info.isReadable() || !info.isExecutable())
+            result.append({info.filePath(), QStringLiteral("this directory cannot be read")});
+    };
+    note(QFileInfo(directory));
+    while (each.hasNext()) {
+        each.next();
+        note(each.fileInfo());
+    }
+    if (result.isEmpty())
+        return {{directory, QStringLiteral("there is no SVG file in this directory")}};
+    std::sort(result.begin(), result.end(), [](const Input& one, const Input& other) {
+        return one.fileName < other.fileName;
+    });
+    return result;
+}
+
 } // namespace
+
+bool isStandardStream(const QString& fileName)
+{
+    return fileName == QLatin1String("-");
+}
 
 Document readDocument(const QString& fileName)
 {
+    QFile file(fileName);
+    if (isStandardStream(fileName)) {
+        if (!file.open(stdin, QIODevice::ReadOnly))
+            return failed(QStringLiteral("cannot be read: ") + file.errorString());
+        return readFrom(file);
+    }
     const QFileInfo info(fileName);
     if (!info.exists())
-        return {{}, QStringLiteral("there is no such file")};
+        return failed(QStringLiteral("there is no such file"));
+    if (info.isDir())
+        return failed(QStringLiteral("this is a directory"));
     if (!info.isFile())
-        return {{}, QStringLiteral("this is no regular file")};
+        return failed(QStringLiteral("this is no regular file"));
     if (info.size() > largest_file)
-        return {{}, QStringLiteral("this file is larger than 64 MiB")};
-    QFile file(fileName);
+        return failed(QStringLiteral("this file is larger than 64 MiB"));
     if (!file.open(QIODevice::ReadOnly))
-        return {{}, QStringLiteral("cannot be read: ") + file.errorString()};
-
-    const QByteArray bytes = file.read(largest_file);
-    if (file.error() != QFileDevice::NoError)
-        return {{}, QStringLiteral("cannot be read: ") + file.errorString()};
-    if (isCompressed(bytes))
-        return {{}, QStringLiteral("this file is compressed; unpack it first, with gunzip")};
-    if (isUtf16(bytes))
-        return {{}, QStringLiteral("this file is in UTF-16; write it as UTF-8 first, with iconv")};
-    return {QString::fromUtf8(bytes.constData(), int(qstrnlen(bytes.constData(), uint(bytes.size())))), {}};
+        return failed(QStringLiteral("cannot be read: ") + file.errorString());
+    return readFrom(file);
 }
 
-QString replaceFile(const QString& fileName, const QByteArray& bytes)
+QVector<Input> svgFiles(const QStringList& names)
 {
-    QSaveFile file(fileName);
-    // With a buffer, a disk that is full would show only when that is flushed, which commit() does not
-    // notice.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(bytes) != bytes.size()
-        || !file.commit())
-        return QStringLiteral("cannot be written: ") + file.errorString();
-    return {};
-}
-
-QStringList svgFiles(const QStringList& names)
-{
-    QStringList result;
+    QVector<Input> result;
     for (const QString& name : names) {
-        if (!QFileInfo(name).isDir()) {
-            result.append(name);
-            continue;
-        }
-        QStringList found;
-        QDirIterator each(name, {QStringLiteral("*.svg")}, QDir::Files, QDirIterator::Subdirectories);
-        while (each.hasNext())
-            found.append(each.next());
-        std::sort(found.begin(), found.end());
-        result += found;
+        if (!isStandardStream(name) && QFileInfo(name).isDir())
+            result += filesBelow(name);
+        else
+            result.append({name, QString()});
     }
     return result;
 }

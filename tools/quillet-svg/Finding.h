@@ -19,6 +19,10 @@ struct Finding
     QString rule;    ///< short name, the same for all findings of its kind
     QString message; ///< what was found
     QString advice;  ///< what to do about it
+
+    /// Where the path data begins that holds it, of which more may be wrong in the same way; in the line 0
+    /// for all other findings.
+    Position series = {0, 0};
 };
 
 /// Puts the findings in the order of the document. What is found in a place more than once, since "use"

@@ -1,10 +1,14 @@
 #include "PathDataCheck.h"
 
+#include "NumberCheck.h"
 #include "PathGrammar.h"
 
 #include <Quillet/PainterPathContainer.h>
 #include <Quillet/SvgFileParser.h>
 
+#include <QtCore/QPointF>
+
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -17,22 +21,6 @@ std::optional<QPainterPath> readByTheLibrary(const QString& data)
     if (!Quillet::parseSvg(document, picture) || picture.getPaths().size() != 1)
         return std::nullopt;
     return picture.getPaths().front()->getPath();
-}
-
-bool sameElement(const QPainterPath::Element& one, const QPainterPath::Element& other)
-{
-    return one.type == other.type && one.x == other.x && one.y == other.y;
-}
-
-/// The first element in which the paths differ; -1 if they are the same.
-int firstDifference(const QPainterPath& one, const QPainterPath& other)
-{
-    const int common = qMin(one.elementCount(), other.elementCount());
-    for (int i = 0; i < common; ++i) {
-        if (!sameElement(one.elementAt(i), other.elementAt(i)))
-            return i;
-    }
-    return one.elementCount() == other.elementCount() ? -1 : common;
 }
 
 /// The first index in [0, count) for which \a condition holds; count if it holds for none. Where it holds for
@@ -52,102 +40,247 @@ int firstOf(int count, Condition condition)
     return begin;
 }
 
-/// The segment that draws the element \a element of the path.
-int segmentOfElement(const PathReading& reading, int element)
+/// Follows the current point through path data (SVG 1.1, 8.3).
+class CurrentPoint
 {
-    return firstOf(reading.segments.size(), [&](int segment) {
-        const auto path = readByTheLibrary(spelledOut(reading, segment + 1));
-        return path && path->elementCount() > element;
-    });
-}
-
-/// The segment with which the reader begins to refuse \a data.
-int refusedSegment(const PathReading& reading, const QString& data)
-{
-    const int count = reading.segments.size();
-    const int validSize = reading.errorOffset >= 0 ? reading.errorOffset : data.size();
-    return firstOf(count, [&](int segment) {
-        const int end = segment + 1 < count ? reading.segments[segment + 1].offset : validSize;
-        return !readByTheLibrary(data.left(end));
-    });
-}
-
-/// The first segment that the reader never takes as SVG says, or \a otherwise if there is none. What comes of
-/// it may show earlier: two moves with nothing between them become one.
-int culprit(const PathReading& reading, int otherwise)
-{
-    for (int i = 0; i < reading.segments.size(); ++i) {
-        if (reading.segments[i].hasJoinedFlags || isFlatArc(reading.segments[i]))
-            return i;
-    }
-    return otherwise;
-}
-
-QString apart()
-{
-    return QStringLiteral("write the flags apart, as in “a5 5 0 1 1 10 0”, or run “quillet-svg convert”");
-}
-
-Finding describe(const XmlAttribute& attribute, const PathReading& reading, int index, Finding::Weight weight)
-{
-    Finding finding;
-    finding.weight = weight;
-    const bool inGrammar = index < reading.segments.size();
-    const int offset = inGrammar ? reading.segments[index].offset : qMax(reading.errorOffset, 0);
-    finding.position = positionInValue(attribute, offset);
-    const QString reads = weight == Finding::Refused ? QStringLiteral("the reader refuses it")
-                                                     : QStringLiteral("the reader draws something else");
-    if (!inGrammar) {
-        finding.rule = QStringLiteral("path-error");
-        finding.message =
-            QStringLiteral("path data is wrong: %1; %2")
-                .arg(reading.error.isEmpty() ? QStringLiteral("it ends too soon") : reading.error, reads);
-        finding.advice = QStringLiteral("have the program that wrote the file write it anew");
-        return finding;
+public:
+    /// \return whether \a segment ends elsewhere than it begins.
+    bool follow(const PathSegment& segment)
+    {
+        const QPointF begin = m_point;
+        const QPointF base = segment.command.isLower() ? m_point : QPointF();
+        const auto number = [&](int fromTheEnd) {
+            return segment.numbers[segment.numbers.size() - fromTheEnd].toDouble();
+        };
+        switch (segment.command.toUpper().unicode()) {
+        case 'Z':
+            m_point = m_start;
+            break;
+        case 'H':
+            m_point.setX(base.x() + number(1));
+            break;
+        case 'V':
+            m_point.setY(base.y() + number(1));
+            break;
+        default:
+            m_point = base + QPointF(number(2), number(1));
+        }
+        if (segment.command.toUpper() == QLatin1Char('M'))
+            m_start = m_point;
+        return m_point.x() != begin.x() || m_point.y() != begin.y(); // QPointF's operator is not exact
     }
 
-    const PathSegment& segment = reading.segments[index];
-    if (segment.hasJoinedFlags) {
-        finding.rule = QStringLiteral("arc-flags");
-        finding.message = QStringLiteral("the flags of an arc are not apart; %1").arg(reads);
-        finding.advice = apart();
-    } else if (isFlatArc(segment)) {
-        finding.rule = QStringLiteral("arc-radius");
-        finding.message = QStringLiteral("an arc with a radius of 0 is a line; the reader draws nothing");
-        finding.advice = QStringLiteral("write a line, or run “quillet-svg convert”");
-    } else {
-        finding.rule = QStringLiteral("path-data");
-        finding.message = QStringLiteral("the numbers of the command %1 are read otherwise than SVG says; %2")
-                              .arg(QString(segment.command), reads);
-        finding.advice = QStringLiteral("write all numbers apart, or run “quillet-svg convert”");
+private:
+    QPointF m_point;
+    QPointF m_start;
+};
+
+/// Something in a segment that the reader does not take as SVG means it.
+struct Fault
+{
+    int segment;
+    int offset;
+    QString rule;
+    QString what;   ///< was found
+    QString result; ///< of it, in what the reader draws
+    QString advice;
+    bool isNumber = false;
+    bool misleads = false; ///< a number that the reader does not take: it has the next digit for a command
+};
+
+class PathDataCheck
+{
+public:
+    explicit PathDataCheck(const XmlAttribute& attribute)
+        : m_valuePosition(attribute.valuePosition),
+          m_data(attribute.value),
+          m_reading(readPathData(m_data)),
+          m_places(attribute)
+    {
     }
-    return finding;
-}
+
+    QVector<Finding> check()
+    {
+        findFaults();
+        const auto drawn = readByTheLibrary(m_data);
+        if (!drawn) {
+            checkRefused();
+        } else if (m_reading.errorOffset < 0) {
+            checkDrawn(*drawn);
+        } else {
+            const QPainterPath withoutTheError = readByTheLibrary(validPart()).value_or(QPainterPath());
+            checkDrawn(withoutTheError);
+            if (isSamePath(*drawn, withoutTheError))
+                sayError(Finding::Note,
+                         QStringLiteral("the reader draws what stands before it, as it should"));
+            else
+                sayError(Finding::Lost, QStringLiteral("the path ends here, but the reader goes on"));
+        }
+        return m_findings;
+    }
+
+private:
+    void findFaults()
+    {
+        CurrentPoint point;
+        for (int i = 0; i < m_reading.segments.size(); ++i) {
+            const PathSegment& segment = m_reading.segments[i];
+            if (point.follow(segment) && isFlatArc(segment)) {
+                m_faults.append({i,
+                                 segment.offset,
+                                 QStringLiteral("arc-radius"),
+                                 QStringLiteral("an arc with a radius of 0 is a line"),
+                                 QStringLiteral("the reader draws nothing"),
+                                 QStringLiteral("write a line, or run “quillet-svg convert”")});
+            }
+            if (segment.hasJoinedFlags) {
+                m_faults.append(
+                    {i,
+                     segment.numberOffsets[3],
+                     QStringLiteral("arc-flags"),
+                     QStringLiteral("the flags of an arc are not apart"),
+                     QStringLiteral("the reader draws something else"),
+                     QStringLiteral(
+                         "write the flags apart, as in “a5 5 0 1 1 10 0”, or run “quillet-svg convert”")});
+            }
+            findNumbers(i);
+        }
+        std::stable_sort(m_faults.begin(), m_faults.end(), [](const Fault& one, const Fault& other) {
+            return one.offset < other.offset;
+        });
+    }
+
+    void findNumbers(int segment)
+    {
+        const QStringList& numbers = m_reading.segments[segment].numbers;
+        for (int i = 0; i < numbers.size(); ++i) {
+            const QString what = faultOfNumber(numbers[i]);
+            if (what.isEmpty())
+                continue;
+            bool isTaken = false;
+            numbers[i].toDouble(&isTaken); // what the reader asks, too
+            m_faults.append({segment,
+                             m_reading.segments[segment].numberOffsets[i],
+                             QStringLiteral("number"),
+                             what,
+                             isTaken ? QStringLiteral("what is drawn of it is chance")
+                                     : QStringLiteral("the reader skips it and misreads what follows"),
+                             QStringLiteral("write a number that can be drawn"),
+                             true,
+                             !isTaken});
+        }
+    }
+
+    void say(Finding::Weight weight, const Fault& fault, const QString& result)
+    {
+        // There may be millions that say the same; so they share it.
+        const QString message = fault.what + QStringLiteral("; ") + result;
+        if (m_lastMessage != message)
+            m_lastMessage = message;
+        m_findings.append(
+            {weight, m_places.at(fault.offset), fault.rule, m_lastMessage, fault.advice, m_valuePosition});
+    }
+
+    void sayError(Finding::Weight weight, const QString& result)
+    {
+        const Fault error{
+            0,
+            m_reading.errorOffset,
+            QStringLiteral("path-error"),
+            QStringLiteral("path data is wrong: ")
+                + (m_reading.error.isEmpty() ? QStringLiteral("it cannot be read") : m_reading.error),
+            {},
+            QStringLiteral("correct it, or have the program that wrote the file write it anew")};
+        say(weight, error, result);
+    }
+
+    /// The part in which the grammar finds no error.
+    QString validPart() const
+    {
+        return m_reading.errorOffset < 0 ? m_data : m_data.left(m_reading.errorOffset);
+    }
+
+    /// The segment with which the reader begins to refuse the data; behind the last if that lies in the
+    /// error.
+    int refusedSegment() const
+    {
+        const QVector<PathSegment>& segments = m_reading.segments;
+        return firstOf(segments.size(), [&](int segment) {
+            const bool isLast = segment + 1 == segments.size();
+            return !readByTheLibrary(isLast ? validPart() : m_data.left(segments[segment + 1].offset));
+        });
+    }
+
+    /// What stands behind the place where the reader stops is not judged.
+    void checkRefused()
+    {
+        const QString refuses = QStringLiteral("the reader refuses the document here");
+        int cause = -1;
+        const int refused = refusedSegment();
+        if (refused < m_reading.segments.size()) {
+            for (int i = 0; i < m_faults.size() && m_faults[i].segment <= refused; ++i)
+                cause = m_faults[i].misleads ? i : cause;
+        }
+        for (int i = 0; i < (cause < 0 ? m_faults.size() : cause); ++i)
+            say(Finding::Lost, m_faults[i], m_faults[i].result);
+        if (cause >= 0)
+            say(Finding::Refused, m_faults[cause], refuses);
+        else
+            sayError(Finding::Refused, refuses);
+    }
+
+    /// \a drawn is what the reader makes of the valid part.
+    void checkDrawn(const QPainterPath& drawn)
+    {
+        const QPainterPath meant =
+            readByTheLibrary(spelledOut(m_reading, m_reading.segments.size())).value_or(QPainterPath());
+        const bool isNumberWrong =
+            std::any_of(m_faults.begin(), m_faults.end(), [](const Fault& each) { return each.isNumber; });
+        const bool isSame = isSamePath(meant, drawn) && !isNumberWrong;
+        for (const Fault& fault : qAsConst(m_faults)) {
+            if (isSame)
+                say(Finding::Note, fault, QStringLiteral("here that makes no difference"));
+            else
+                say(Finding::Lost, fault, fault.result);
+        }
+        // No way is known in which this comes about.
+        if (m_faults.isEmpty() && !isSame) {
+            say(Finding::Lost,
+                {0,
+                 0,
+                 QStringLiteral("path-data"),
+                 QStringLiteral("the reader reads this otherwise than SVG says"),
+                 {},
+                 QStringLiteral("write all numbers apart, or run “quillet-svg convert”")},
+                QStringLiteral("it draws something else"));
+        }
+    }
+
+    static bool isSamePath(const QPainterPath& one, const QPainterPath& other)
+    {
+        if (one.elementCount() != other.elementCount())
+            return false;
+        for (int i = 0; i < one.elementCount(); ++i) {
+            const QPainterPath::Element a = one.elementAt(i);
+            const QPainterPath::Element b = other.elementAt(i);
+            if (a.type != b.type || a.x != b.x || a.y != b.y)
+                return false;
+        }
+        return true;
+    }
+
+    const Position m_valuePosition;
+    const QString& m_data;
+    const PathReading m_reading;
+    PlacesInValue m_places;
+    QVector<Fault> m_faults; ///< in their order in the data
+    QString m_lastMessage;
+    QVector<Finding> m_findings;
+};
 
 } // namespace
 
 QVector<Finding> checkPathData(const XmlAttribute& attribute)
 {
-    const QString& data = attribute.value;
-    const PathReading reading = readPathData(data);
-    const auto asRead = readByTheLibrary(data);
-    if (!asRead) {
-        return {describe(attribute, reading, refusedSegment(reading, data), Finding::Refused)};
-    }
-
-    QVector<Finding> findings;
-    const auto asMeant = readByTheLibrary(spelledOut(reading, reading.segments.size()));
-    const int element = asMeant ? firstDifference(*asRead, *asMeant) : -1;
-    if (element >= 0) {
-        const int segment = culprit(reading, segmentOfElement(reading, element));
-        findings.append(describe(attribute, reading, segment, Finding::Lost));
-    } else if (reading.errorOffset >= 0) {
-        Finding finding = describe(attribute, reading, reading.segments.size(), Finding::Note);
-        finding.message =
-            QStringLiteral("path data is wrong: %1; the reader draws what stands before it, as it "
-                           "should")
-                .arg(reading.error);
-        findings.append(finding);
-    }
-    return findings;
+    return PathDataCheck(attribute).check();
 }

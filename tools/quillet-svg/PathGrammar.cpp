@@ -4,7 +4,8 @@ namespace {
 
 bool isSpace(QChar c)
 {
-    return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r');
+    return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\n')
+           || c == QLatin1Char('\r');
 }
 
 bool isDigit(QChar c)
@@ -45,6 +46,8 @@ public:
     int position() const { return m_position; }
     bool atEnd() const { return m_position == m_text.size(); }
     QChar current() const { return atEnd() ? QChar() : m_text[m_position]; }
+    /// The current character, which takes two units outside the basic plane.
+    QString character() const { return m_text.mid(m_position, current().isHighSurrogate() ? 2 : 1); }
     void step() { ++m_position; }
     void back(int position) { m_position = position; }
 
@@ -123,6 +126,17 @@ bool isFlag(QChar command, int index)
     return command.toUpper() == QLatin1Char('A') && (index == 3 || index == 4);
 }
 
+/// Why \a segment goes on with no number at the position of \a scanner.
+QString missingNumber(const Scanner& scanner, const PathSegment& segment)
+{
+    if (scanner.atEnd())
+        return QStringLiteral("it ends where the command %1 needs another number").arg(segment.command);
+    if (isFlag(segment.command, segment.numbers.size()))
+        return QStringLiteral("“%1” stands where a flag of an arc must, 0 or 1").arg(scanner.character());
+    return QStringLiteral("“%1” stands where the command %2 needs a number")
+        .arg(scanner.character(), segment.command);
+}
+
 bool isRadiusWithSign(const QString& number)
 {
     return number.startsWith(QLatin1Char('+')) || number.startsWith(QLatin1Char('-'));
@@ -136,6 +150,7 @@ bool readNumbers(Scanner& scanner, PathSegment& segment, int count)
         if (i > 0)
             scanner.skipCommaAndSpaces();
         const bool flag = isFlag(segment.command, i);
+        const int offset = scanner.position();
         const QString number = flag ? scanner.flag() : scanner.number();
         if (number.isEmpty())
             return false;
@@ -143,6 +158,7 @@ bool readNumbers(Scanner& scanner, PathSegment& segment, int count)
         if (flag && (isDigit(next) || next == QLatin1Char('.')))
             segment.hasJoinedFlags = true;
         segment.numbers.append(number);
+        segment.numberOffsets.append(offset);
     }
     return true;
 }
@@ -177,11 +193,11 @@ PathReading readPathData(const QString& data)
         segment.offset = scanner.position();
         const int count = numbersOf(segment.command);
         if (count < 0) {
-            fail(QStringLiteral("“%1” stands where a command must").arg(segment.command));
+            fail(QStringLiteral("“%1” stands where a command must").arg(scanner.character()));
             return reading;
         }
         if (reading.segments.isEmpty() && segment.command.toUpper() != QLatin1Char('M')) {
-            fail(QStringLiteral("the path does not begin with a move"));
+            fail(QStringLiteral("it does not begin with a move, M or m"));
             return reading;
         }
         scanner.step();
@@ -190,7 +206,7 @@ PathReading readPathData(const QString& data)
         bool goesOn = true;
         while (goesOn) {
             if (!readNumbers(scanner, segment, count)) {
-                fail(QStringLiteral("the command %1 lacks a number").arg(segment.command));
+                fail(missingNumber(scanner, segment));
                 return reading;
             }
             reading.segments.append(segment);
@@ -201,6 +217,7 @@ PathReading readPathData(const QString& data)
             else if (segment.command == QLatin1Char('m'))
                 segment.command = QLatin1Char('l');
             segment.numbers.clear();
+            segment.numberOffsets.clear();
             segment.hasJoinedFlags = false;
             segment.offset = scanner.position();
             const QChar next = scanner.current();

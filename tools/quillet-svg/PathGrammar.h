@@ -11,6 +11,7 @@ struct PathSegment
     QStringList numbers;         ///< as written
     int offset = 0;              ///< of the command, or of the first number where the command is not repeated
     bool hasJoinedFlags = false; ///< an arc whose flags stand against what follows them
+    QVector<int> numberOffsets = {}; ///< of the numbers, in the path data
 };
 
 /// Path data as the grammar of SVG 1.1, 8.3.9, reads it.
@@ -21,10 +22,10 @@ struct PathReading
     QString error;
 };
 
+PathReading readPathData(const QString& data);
+
 /// Whether \a segment is an arc with a radius of zero, which makes it a line (SVG 1.1, F.6.2).
 bool isFlatArc(const PathSegment& segment);
-
-PathReading readPathData(const QString& data);
 
 /// Whether \a segment is an arc with a sign at a radius. The grammar has none; by F.6.2 it is to be dropped,
 /// so it does not count as an error here.

@@ -1,10 +1,24 @@
 #include "XmlTree.h"
 
+#include "Names.h"
+
 #include <QtCore/QXmlStreamReader>
 
 #include <utility>
 
 namespace {
+
+/// Moves \a position behind the unit at \a offset of \a text.
+void advance(Position& position, const QString& text, int offset)
+{
+    const QChar unit = text[offset];
+    const bool isBeforeLineFeed =
+        offset + 1 < text.size() && text[offset + 1] == QLatin1Char('\n'); // which ends the line then
+    if (unit == QLatin1Char('\n') || (unit == QLatin1Char('\r') && !isBeforeLineFeed))
+        position = {position.line + 1, 1};
+    else if (!unit.isLowSurrogate())
+        ++position.column;
+}
 
 /// Finds lines and columns of growing offsets in a text.
 class PositionFinder
@@ -14,12 +28,8 @@ public:
 
     Position at(int offset)
     {
-        for (; m_offset < offset && m_offset < m_text.size(); ++m_offset) {
-            if (m_text[m_offset] == QLatin1Char('\n'))
-                m_position = {m_position.line + 1, 1};
-            else
-                ++m_position.column;
-        }
+        for (; m_offset < offset && m_offset < m_text.size(); ++m_offset)
+            advance(m_position, m_text, m_offset);
         return m_position;
     }
 
@@ -72,6 +82,29 @@ private:
     int m_next;
     int m_end;
 };
+
+/// How a value goes on: \a units of it are written with \a length units of the document.
+struct Written
+{
+    int length;
+    int units; ///< 0: of an entity, so this is not known
+};
+
+Written writtenAt(const QString& raw, int at)
+{
+    if (raw.midRef(at, 2) == QLatin1String("\r\n"))
+        return {2, 1};
+    const int end = raw[at] == QLatin1Char('&') ? raw.indexOf(QLatin1Char(';'), at) : -1;
+    if (end < 0)
+        return {1, 1};
+    const QString name = raw.mid(at + 1, end - at - 1);
+    const int length = end + 1 - at;
+    if (name.startsWith(QLatin1String("#x")))
+        return {length, QChar::requiresSurrogates(name.midRef(2).toUInt(nullptr, 16)) ? 2 : 1};
+    if (name.startsWith(QLatin1Char('#')))
+        return {length, QChar::requiresSurrogates(name.midRef(1).toUInt()) ? 2 : 1};
+    return {length, isOneOf(name, {"lt", "gt", "amp", "apos", "quot"}) ? 1 : 0};
+}
 
 } // namespace
 
@@ -151,23 +184,28 @@ XmlTree::XmlTree(const QString& text)
         m_elements[index].end = m_elements.size();
     if (reader.hasError()) {
         m_error = reader.errorString();
-        m_errorPosition = {int(reader.lineNumber()), qMax(1, int(reader.columnNumber()))};
+        while (m_error.endsWith(QLatin1Char('.')))
+            m_error.chop(1);
+        m_errorPosition = positions.at(int(reader.characterOffset()) - 1);
     }
 }
 
-Position positionInValue(const XmlAttribute& attribute, int offset)
+Position positionIn(const QString& text, int offset)
 {
-    // References make the text longer than the value; then the start is the best that is known.
-    if (attribute.rawValue.size() != attribute.value.size())
-        return attribute.valuePosition;
-    Position position = attribute.valuePosition;
-    for (int i = 0; i < offset && i < attribute.rawValue.size(); ++i) {
-        if (attribute.rawValue[i] == QLatin1Char('\n'))
-            position = {position.line + 1, 1};
-        else
-            ++position.column;
+    return PositionFinder(text).at(offset);
+}
+
+Position PlacesInValue::at(int offset)
+{
+    while (m_at < m_raw.size() && m_units < offset) {
+        const Written written = writtenAt(m_raw, m_at);
+        if (written.units == 0 || m_units + written.units > offset)
+            break;
+        m_units += written.units;
+        for (const int end = m_at + written.length; m_at < end; ++m_at)
+            advance(m_position, m_raw, m_at);
     }
-    return position;
+    return m_position;
 }
 
 bool isForeign(const QVector<XmlElement>& elements, int i)

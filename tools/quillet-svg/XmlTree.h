@@ -3,7 +3,7 @@
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
-/// A place in a text; both numbers count from 1, columns in UTF-16 units.
+/// A place in a text; both numbers count from 1, columns in characters.
 struct Position
 {
     int line = 1;
@@ -57,8 +57,28 @@ private:
     Position m_errorPosition;
 };
 
-/// The place of the character at \a offset in the value of \a attribute.
-Position positionInValue(const XmlAttribute& attribute, int offset);
+/// The place of the unit at \a offset of \a text.
+Position positionIn(const QString& text, int offset);
+
+/// Finds the places of growing offsets in the value of an attribute. What an entity stands for has the place
+/// of the reference.
+class PlacesInValue
+{
+public:
+    /// The attribute has to stay.
+    explicit PlacesInValue(const XmlAttribute& attribute)
+        : m_raw(attribute.rawValue), m_position(attribute.valuePosition)
+    {
+    }
+
+    Position at(int offset);
+
+private:
+    const QString& m_raw;
+    Position m_position;
+    int m_at = 0;    ///< where the position is in the value as it is written
+    int m_units = 0; ///< and in the value
+};
 
 /// Whether the namespace of the element \a i is another one than SVG's. No namespace at all counts as SVG's.
 bool isForeign(const QVector<XmlElement>& elements, int i);
