@@ -81,6 +81,10 @@ def reason_table(results):
     return lines
 
 
+def are(count):
+    return "is" if count == 1 else "are"
+
+
 def verdict_lines(results):
     clean = [r for r in results if r.check == "clean"]
     other = [r for r in results if r.check == "lossy"]
@@ -88,9 +92,9 @@ def verdict_lines(results):
     harmless = sum(r.as_it_is <= SAME for r in other)
     refused = sum(r.check == "refused" for r in results)
     return [
-        f"`check` calls {len(clean):,} of the files clean; {wrong:,} of these are drawn otherwise than Qt draws "
-        f"them. It calls {len(other):,} lossy; {harmless:,} of these are drawn alike all the same. "
-        f"{refused:,} are refused."
+        f"`check` calls {len(clean):,} of the files clean; {wrong:,} of these {are(wrong)} drawn otherwise than Qt "
+        f"draws {'it' if wrong == 1 else 'them'}. It calls {len(other):,} lossy; {harmless:,} of these "
+        f"{are(harmless)} drawn alike all the same. {f'{refused:,} {are(refused)}' if refused else 'None is'} refused."
     ]
 
 
