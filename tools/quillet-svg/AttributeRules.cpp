@@ -8,7 +8,7 @@
 namespace {
 
 constexpr const char* convert = "run “quillet-svg convert”";
-constexpr const char* nothing = "nothing needs be done";
+constexpr const char* nothing = "nothing needs to be done";
 constexpr const char* draw = "draw what it does with paths";
 constexpr const char* as_attribute = "write it as an attribute “transform”";
 

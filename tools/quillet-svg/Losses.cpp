@@ -108,7 +108,7 @@ QVector<Finding> lossesOf(const XmlElement& element,
                  position,
                  QStringLiteral("vector-effect"),
                  QStringLiteral("the stroke has its width where the drawing is not scaled"),
-                 QStringLiteral("nothing needs be done")}};
+                 QStringLiteral("nothing needs to be done")}};
     }
     if (each.property == QLatin1String("stroke-linejoin") && isOneOf(each.value, {"arcs", "miter-clip"})) {
         return {lost(position,

@@ -242,7 +242,7 @@ private:
                        now,
                        "animation",
                        QStringLiteral("<%1> is not followed; the drawing is as without it").arg(name),
-                       QStringLiteral("nothing needs be done"));
+                       QStringLiteral("nothing needs to be done"));
         }
         const bool isSymbol = use && name == QLatin1String("symbol");
         const bool isWritten = isShape(name) || isContainer(name) || isSymbol;
