@@ -27,7 +27,7 @@ int differenceUnder(Rules rules, const QDomDocument& forQuillet, const QDomDocum
     adjustPens(shapes, rules);
     QStringList messages;
     const QImage theirs = pictureByQt(rewrittenForSvg(forQt, rules).toString(-1), area, messages);
-    return messages.isEmpty() ? differenceBetween(pictureByQuillet(shapes, area), theirs).worst : -1;
+    return messages.isEmpty() ? differenceOf(pictureByQuillet(shapes, area), theirs).worst : -1;
 }
 
 // Differences, of 255.
@@ -116,13 +116,13 @@ private Q_SLOTS:
         QImage one(3, 2, QImage::Format_ARGB32_Premultiplied);
         one.fill(Qt::black);
         QImage other = one;
-        QCOMPARE(differenceBetween(one, other).worst, 0);
-        QCOMPARE(differenceBetween(one, other).pixels, 0);
+        QCOMPARE(differenceOf(one, other).worst, 0);
+        QCOMPARE(differenceOf(one, other).pixels, 0);
 
         other.setPixel(0, 0, qRgba(0, 3, 0, 255));
         other.setPixel(2, 1, qRgba(1, 0, 7, 250));
-        QCOMPARE(differenceBetween(one, other).worst, 7);
-        QCOMPARE(differenceBetween(one, other).pixels, 2);
+        QCOMPARE(differenceOf(one, other).worst, 7);
+        QCOMPARE(differenceOf(one, other).pixels, 2);
     }
 };
 

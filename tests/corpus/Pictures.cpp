@@ -46,15 +46,6 @@ QImage pictureByQt(const QString& document, const QRectF& area, QStringList& mes
     return image;
 }
 
-PictureDifference differenceBetween(const QImage& one, const QImage& other)
-{
-    const auto asTheyAre = [](QImage image) {
-        image.reinterpretAsFormat(QImage::Format_ARGB32);
-        return image;
-    };
-    return differenceOf(asTheyAre(one), asTheyAre(other));
-}
-
 bool isBlank(const QImage& picture)
 {
     QImage empty = picture;

@@ -19,7 +19,4 @@ QImage pictureByQuillet(const Quillet::PainterPathContainer& shapes, const QRect
 /// \a messages.
 QImage pictureByQt(const QString& document, const QRectF& area, QStringList& messages);
 
-/// By channels that are premultiplied by alpha.
-PictureDifference differenceBetween(const QImage& one, const QImage& other);
-
 bool isBlank(const QImage& picture);

@@ -149,7 +149,7 @@ compare(const QString& forQuillet, const QString& forQt, const Judgement& judgem
     if (theirs.isNull())
         result.messages.append(QStringLiteral("cannot be loaded"));
     else
-        result.difference = differenceBetween(ours, theirs);
+        result.difference = differenceOf(ours, theirs);
     result.isBlank = isBlank(ours) && isBlank(theirs);
     return result;
 }

@@ -17,8 +17,9 @@ int difference(QRgb one, QRgb other)
 template <typename Take>
 void forEachPixel(const QImage& one, const QImage& other, Take take)
 {
-    const QImage first = one.convertToFormat(QImage::Format_ARGB32);
-    const QImage second = other.convertToFormat(QImage::Format_ARGB32);
+    // Where hardly anything is drawn, colours that are not multiplied are noise.
+    const QImage first = one.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const QImage second = other.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     const QSize common = one.size().boundedTo(other.size());
     const QSize all = one.size().expandedTo(other.size());
     for (int y = 0; y < all.height(); ++y) {
