@@ -75,10 +75,7 @@ private:
 
     void checkFrame(const XmlElement& root)
     {
-        const Frame frame = readFrame(root.attribute(QStringLiteral("width")),
-                                      root.attribute(QStringLiteral("height")),
-                                      root.attribute(QStringLiteral("viewBox")),
-                                      root.attribute(QStringLiteral("preserveAspectRatio")));
+        const Frame frame = readFrame(root);
         if (frame.isIdentity())
             return;
         say(Finding::Lost,

@@ -28,19 +28,11 @@ QByteArray png(const QImage& picture)
     return picture.save(&buffer, "PNG") ? bytes : QByteArray();
 }
 
-/// The frame of the document \a text, as large as Qt's renderer finds it where it says nothing itself.
+/// The frame of the document \a text.
 Frame frameOf(const QString& text)
 {
     const XmlTree tree(text);
-    Frame frame;
-    if (!tree.elements().isEmpty()) {
-        const XmlElement& root = tree.elements().first();
-        frame = readFrame(root.attribute(QStringLiteral("width")),
-                          root.attribute(QStringLiteral("height")),
-                          root.attribute(QStringLiteral("viewBox")),
-                          root.attribute(QStringLiteral("preserveAspectRatio")));
-    }
-    return frame;
+    return tree.elements().isEmpty() ? Frame() : readFrame(tree.elements().first());
 }
 
 /// The size of a drawing that names none: up to its farthest point.
