@@ -268,6 +268,19 @@ private Q_SLOTS:
             "<rect width='50' height='50' fill='red'/>"
             "<defs><rect id='a' display='none' width='90' height='90'/></defs><use xlink:href='#a'/>",
             red);
+        row("hidden behind a sibling that is visible",
+            "<g visibility='hidden'><rect visibility='visible' width='50' height='50' fill='red'/>"
+            "<rect width='90' height='90'/></g>",
+            red);
+        row("hidden by a class, and shown in it",
+            "<style>.h{visibility:hidden}.v{visibility:visible}</style><g class='h'>"
+            "<g class='v'><rect width='50' height='50' fill='red'/></g><g><rect width='90' "
+            "height='90'/></g></g>",
+            red);
+        row("hidden where it is used",
+            "<defs><rect id='a' width='90' height='90'/></defs><use visibility='hidden' xlink:href='#a'/>"
+            "<rect width='50' height='50' fill='red'/>",
+            red);
         row("use from within what is hidden",
             "<g display='none'><rect id='a' width='50' height='50' fill='red'/></g><use xlink:href='#a'/>",
             red);
@@ -497,6 +510,77 @@ private Q_SLOTS:
         QCOMPARE(convertSvg(once.text).text, once.text);
     }
 
+    void checkCallsConvertedFramesOfAnySizeClean_data()
+    {
+        QTest::addColumn<QString>("attributes");
+        for (const char* const attributes : {"width='10cm' height='5cm' preserveAspectRatio='none'",
+                                             "width='7mm' height='3pt' preserveAspectRatio='none'",
+                                             "width='1in' height='33.3333'",
+                                             "width='123.456' height='654.321'"})
+            QTest::newRow(attributes) << QString::fromLatin1(attributes);
+    }
+
+    void checkCallsConvertedFramesOfAnySizeClean()
+    {
+        QFETCH(QString, attributes);
+        const Conversion conversion = convertSvg(
+            document("<circle cx='20' cy='20' r='10'/>",
+                     (attributes + QStringLiteral(" viewBox='0 0 40 40'")).toLatin1().constData()));
+        QCOMPARE(checkSvg(conversion.text).verdict(), Finding::Note);
+    }
+
+    void aGradientInQuotesBecomesItsMeanColour_data()
+    {
+        QTest::addColumn<QString>("paint");
+        for (const char* const paint : {"url(#a)", "url(\"#a\")", "url( &apos;#a&apos; )", "url( #a ) blue"})
+            QTest::newRow(paint) << QString::fromLatin1(paint);
+    }
+
+    void aGradientInQuotesBecomesItsMeanColour()
+    {
+        QFETCH(QString, paint);
+        const QString inside =
+            QStringLiteral("<linearGradient id='a'><stop stop-color='red'/></linearGradient>"
+                           "<rect width='50' height='50' fill='%1'/>")
+                .arg(paint);
+        const Conversion conversion = convertSvg(document(inside.toLatin1().constData()));
+        compareWithQt(conversion, document("<rect width='50' height='50' fill='red'/>"));
+        QCOMPARE(lostRules(conversion), QStringList{QStringLiteral("gradient")});
+    }
+
+    void namesWhereDrawingEndsBecauseDataIsWrong_data()
+    {
+        QTest::addColumn<QString>("inside");
+        QTest::addColumn<int>("column"); // 0: nothing to be named
+        const auto row = [](const char* inside, int column) {
+            QTest::newRow(inside) << QString::fromLatin1(inside) << column;
+        };
+        row("<path d='M5 5h9v9z'/>", 0);
+        row("<path d='M5 5h9v9z X 9 9'/>", 20);
+        row("<path d='L5 5h9'/>", 10);
+        row("<path d='M5 5h9v9z 9'/>", 20);
+        row("<polygon points='1 1 20-1.5.5 2e1'/>", 0);
+        row("<polygon points=' 1,1 20 1 20 20 '/>", 0);
+        row("<polygon points=''/>", 0);
+        row("<polygon points='1 1 20 1 20 20 x 5 30'/>", 33);
+        row("<polyline points='1 1 20 1 20'/>", 28);
+    }
+
+    void namesWhereDrawingEndsBecauseDataIsWrong()
+    {
+        QFETCH(QString, inside);
+        QFETCH(int, column);
+        const Conversion conversion = convertSvg(QStringLiteral("<svg>\n%1</svg>").arg(inside));
+        QCOMPARE(conversion.losses.size(), column > 0 ? 1 : 0);
+        if (column > 0) {
+            const Finding& found = conversion.losses.first();
+            QCOMPARE(found.rule, QStringLiteral("path-error"));
+            QCOMPARE(int(found.weight), int(Finding::Note));
+            QCOMPARE(found.position.line, 2);
+            QCOMPARE(found.position.column, column);
+        }
+    }
+
     void whatIsLostIsNamed_data()
     {
         QTest::addColumn<QString>("inside");
@@ -603,6 +687,7 @@ private Q_SLOTS:
               "<symbol><text>t</text></symbol>",
               "<g display='none'><text>t</text><image/></g>",
               "<text style='display:none'>t</text>",
+              "<g visibility='hidden'><text>t</text><image/></g>",
               "<clipPath><rect filter='url(#a)'/></clipPath>",
               "<switch><g/><text>t</text></switch>",
               "<foreignObject requiredExtensions='urn:x'/>",

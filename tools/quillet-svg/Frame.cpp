@@ -3,6 +3,7 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStringList>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -86,7 +87,11 @@ bool isZeroLength(const QString& text)
 
 bool Frame::isIdentity() const
 {
-    return viewBox.isNull() || viewBox == target;
+    const double rounding = 1e-9 * std::max(viewBox.width(), viewBox.height());
+    const auto isSame = [rounding](double one, double other) { return std::abs(one - other) <= rounding; };
+    return viewBox.isNull()
+           || (isSame(viewBox.x(), target.x()) && isSame(viewBox.y(), target.y())
+               && isSame(viewBox.width(), target.width()) && isSame(viewBox.height(), target.height()));
 }
 
 Frame readFrame(const QString& width,

@@ -2,6 +2,7 @@
 
 #include "AttributeRules.h"
 #include "Names.h"
+#include "PathGrammar.h"
 
 #include <QtCore/QRegularExpression>
 
@@ -129,12 +130,62 @@ QVector<Finding> lossesOf(const XmlElement& element,
              ignored.advice}};
 }
 
+/// An error in the data of a path or of a polygon, which is drawn up to there (SVG 1.1, F.2).
+Finding errorIn(const XmlAttribute& data, int offset, const QString& message)
+{
+    return {Finding::Note,
+            PlacesInValue(data).at(offset),
+            QStringLiteral("path-error"),
+            message + QStringLiteral("; what stands before it is drawn"),
+            QStringLiteral("correct it, or have the program that wrote the file write it anew")};
+}
+
+QVector<Finding> errorsInPath(const XmlElement& element)
+{
+    const XmlAttribute* const data = element.find(QStringLiteral("d"));
+    if (!data || localName(element.name) != QLatin1String("path"))
+        return {};
+    const PathReading reading = readPathData(data->value);
+    if (reading.errorOffset < 0)
+        return {};
+    return {errorIn(*data,
+                    reading.errorOffset,
+                    QStringLiteral("path data is wrong: ")
+                        + (reading.error.isEmpty() ? QStringLiteral("it cannot be read") : reading.error))};
+}
+
+QVector<Finding> errorsInPoints(const XmlElement& element)
+{
+    static const QRegularExpression number(
+        QStringLiteral("\\G[\\s,]*([-+]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][-+]?\\d+)?)"));
+    static const QRegularExpression notSeparator(QStringLiteral("[^\\s,]"));
+    const XmlAttribute* const points = element.find(QStringLiteral("points"));
+    if (!points || !isOneOf(localName(element.name), {"polygon", "polyline"}))
+        return {};
+    int count = 0;
+    int last = 0; // where the last number stands
+    int end = 0;
+    for (auto matches = number.globalMatch(points->value); matches.hasNext(); ++count) {
+        const QRegularExpressionMatch match = matches.next();
+        last = match.capturedStart(1);
+        end = match.capturedEnd();
+    }
+    const int wrong = points->value.indexOf(notSeparator, end);
+    if (wrong >= 0) {
+        return {errorIn(
+            *points, wrong, QStringLiteral("“%1” is no number").arg(points->value.mid(wrong, 20).trimmed()))};
+    }
+    if (count % 2 != 0)
+        return {errorIn(*points, last, QStringLiteral("the last point has no y"))};
+    return {};
+}
+
 } // namespace
 
 QVector<Finding>
 lossesIn(const XmlElement& element, const QVector<Declaration>& properties, const References& references)
 {
-    QVector<Finding> losses;
+    QVector<Finding> losses = errorsInPath(element) + errorsInPoints(element);
     for (const Declaration& each : properties)
         losses += lossesOf(element, each, properties, references);
     const XmlAttribute* const transform = element.find(QStringLiteral("transform"));

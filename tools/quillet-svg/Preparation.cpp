@@ -23,6 +23,7 @@ struct Surroundings
     QSizeF viewport;                 ///< that percentages are of; empty where it is not known
     QVector<Declaration> properties; ///< of the element around
     InheritedPaint paint;
+    bool isVisible = true;
 };
 
 bool isGradient(const QString& name)
@@ -91,6 +92,7 @@ private:
         Surroundings inside;
         inside.viewport = frame.viewBox.isNull() ? frame.size : frame.viewBox.size();
         inside.properties = readProperties(root, stated, inside);
+        inside.isVisible = isVisible(stated, true);
         m_result.clipsToFrame = !frame.size.isEmpty() && isClipped(inside.properties);
 
         m_writer.writeStartElement(QStringLiteral("svg"));
@@ -187,6 +189,12 @@ private:
         return passesTests(now);
     }
 
+    static bool isVisible(const QVector<Declaration>& properties, bool isAroundVisible)
+    {
+        const Declaration* const visibility = find(properties, QStringLiteral("visibility"));
+        return visibility ? visibility->value == QLatin1String("visible") : isAroundVisible;
+    }
+
     static bool isClipped(const QVector<Declaration>& properties)
     {
         const Declaration* const overflow = find(properties, QStringLiteral("overflow"));
@@ -245,16 +253,18 @@ private:
                        QStringLiteral("nothing needs to be done"));
         }
         const bool isSymbol = use && name == QLatin1String("symbol");
-        const bool isWritten = isShape(name) || isContainer(name) || isSymbol;
+        const bool isGroup = isContainer(name) || isSymbol;
+        const bool isWritten = isShape(name) || isGroup;
         if (isElementOfSvg(name) && !isPicture(name) && !isWritten)
             return;
 
         const QVector<Declaration> stated = m_cascade.propertiesOf(i, around.properties);
-        if (!isRendered(now, stated))
+        Surroundings inside = around;
+        inside.isVisible = isVisible(stated, around.isVisible);
+        if (!isRendered(now, stated) || !(isGroup || inside.isVisible))
             return;
         if (!isWritten)
             return sayLeftOut(now, name);
-        Surroundings inside = around;
         Viewport viewport;
         if (isSymbol || name == QLatin1String("svg")) {
             viewport = viewportOf(now, use, around.viewport);
@@ -381,8 +391,9 @@ private:
         if (!transform.trimmed().isEmpty())
             m_writer.writeAttribute(QStringLiteral("transform"), transform.trimmed());
         for (const Declaration& each : properties) {
-            // There is no text, but Qt has to say something about fonts that it cannot find.
-            if (each.property != QLatin1String("transform")
+            // There is no text, but Qt has to say something about fonts that it cannot find. What is hidden
+            // is not written; Qt shows it behind something visible.
+            if (!isOneOf(each.property, {"transform", "visibility"})
                 && !each.property.startsWith(QLatin1String("font")))
                 m_writer.writeAttribute(each.property, each.value);
         }

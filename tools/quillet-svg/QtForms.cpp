@@ -17,8 +17,9 @@ constexpr const char* hardly_a_line = "0.01"; ///< so long a line is still not s
 QString resolvedPaint(QString value, const References& references)
 {
     if (value.startsWith(QLatin1String("url("))) {
-        if (references.isGradient(referenceIn(value)))
-            return value;
+        const QString id = referenceIn(value);
+        if (references.isGradient(id))
+            return QStringLiteral("url(#%1)").arg(id); // Qt knows no quotes
         // The colour behind it is for the case that there is no such paint.
         value = value.mid(value.indexOf(QLatin1Char(')')) + 1).trimmed();
         return value.isEmpty() ? QStringLiteral("none") : value;
