@@ -123,6 +123,23 @@ private Q_SLOTS:
             "<g fill-opacity='.5'><path fill='red' d='M0 0h9'/></g>",
             "lost 2:22 opacity");
         row("opacity of no fill", "<path opacity='.5' fill='none' d='M0 0h9'/>", "");
+        row("opacity of fill and stroke together",
+            "<path opacity='.5' fill='red' stroke='blue' stroke-width='3' d='M0 0h9v9z'/>",
+            "lost 2:1 opacity");
+        row("opacities of fill and stroke, each its own",
+            "<path fill-opacity='.5' fill='red' stroke-opacity='.5' stroke='blue' stroke-width='3' d='M0 "
+            "0h9v9z'/>",
+            "");
+        row("opacity of shapes that overlap",
+            "<g opacity='.5'><path fill='red' d='M0 0h9v9z'/><path fill='blue' d='M4 0h9v9z'/></g>",
+            "lost 2:1 opacity");
+        row("opacity of shapes side by side",
+            "<g opacity='.5'><path fill='red' d='M0 0h9v9h-9z'/><path fill='blue' d='M9 0h9v9h-9z'/></g>",
+            "");
+        row("opacity of groups in each other",
+            "<g opacity='.5'><g><path fill='red' d='M0 0h9v9z'/></g><path fill='blue' d='M4 0h9v9z'/></g>",
+            "lost 2:1 opacity");
+        row("colour with a line break", "<path fill='red\n' d='M0 0h9v9z'/>", "lost 2:1 color");
         row("rule that matters", "<path d='M0 0h9v9h-9zM3 3h3v3h-3z'/>", "lost 2:1 fill-rule");
         row("rule that does not matter", "<path d='M0 0h9v9h-9zM3 3v3h3v-3z'/>", "");
         row("rule of the group",

@@ -2,6 +2,7 @@
 
 #include "AttributeRules.h"
 #include "Frame.h"
+#include "LayerCheck.h"
 #include "Names.h"
 #include "NumberCheck.h"
 #include "PathDataCheck.h"
@@ -15,6 +16,8 @@
 #include <iterator>
 
 namespace {
+
+constexpr qint64 most_drawn_in_layers = 20'000; ///< shapes, each in every layer around it
 
 class Checker
 {
@@ -90,19 +93,22 @@ private:
     {
         struct Group
         {
+            int element;
             int next;
             int end;
             Presentation presentation;
+            int firstShape;
         };
         QVector<Group> groups;
         const auto enter = [&](int i, const Presentation& around) {
             checkGroup(m_elements[i]);
-            groups.append({i + 1, m_elements[i].end, inherit(around, m_elements[i])});
+            groups.append({i, i + 1, m_elements[i].end, inherit(around, m_elements[i]), m_layered.size()});
         };
         enter(0, Presentation());
         while (!groups.isEmpty()) {
             Group& group = groups.last();
             if (group.next >= group.end) {
+                checkLayer(m_elements[group.element], group.firstShape);
                 groups.removeLast();
                 continue;
             }
@@ -196,11 +202,41 @@ private:
             checkIgnored(m_elements[child]);
         if (m_shape < m_picture.getPaths().size()) {
             const Quillet::PainterPath& shape = *m_picture.getPaths()[m_shape];
-            m_findings += checkPresentation(path, inherit(around, path), shape);
+            const Presentation presentation = inherit(around, path);
+            m_findings += checkPresentation(path, presentation, shape);
             checkLimit(path, shape.getPen());
+            m_layered.append({&shape,
+                              presentation.fillOpacity * presentation.opacity,
+                              presentation.strokeOpacity * presentation.opacity});
+            checkLayer(path, m_layered.size() - 1);
         }
         ++m_shape;
         return true;
+    }
+
+    /// Checks whether the opacity of \a element, a group or a path, holds for what overlaps.
+    void checkLayer(const XmlElement& element, int firstShape)
+    {
+        bool isNumber = false;
+        const double opacity = element.attribute(QStringLiteral("opacity")).toDouble(&isNumber);
+        if (!isNumber || !(opacity > 0 && opacity < 1))
+            return;
+        const QVector<LayeredShape> shapes = m_layered.mid(firstShape);
+        // What cannot be drawn in time counts as overlapping.
+        m_drawnInLayers += shapes.size();
+        if (m_drawnInLayers <= most_drawn_in_layers && !showsThrough(shapes, opacity))
+            return;
+        say(Finding::Lost,
+            element.position,
+            QStringLiteral("opacity"),
+            shapes.size() == 1
+                ? QStringLiteral(
+                    "the opacity holds for fill and stroke together; the reader lets the fill show "
+                    "through the stroke")
+                : QStringLiteral(
+                    "the opacity holds for shapes together that overlap; the reader lets one show "
+                    "through the other"),
+            QStringLiteral("run “quillet-svg convert”, which parts them"));
     }
 
     void checkLimit(const XmlElement& path, const QPen& pen)
@@ -299,6 +335,8 @@ private:
     const Quillet::PainterPathContainer& m_picture;
     QVector<Finding> m_findings;
     std::size_t m_shape = 0;
+    QVector<LayeredShape> m_layered; ///< the shapes so far
+    qint64 m_drawnInLayers = 0;
 };
 
 } // namespace

@@ -3,8 +3,8 @@
 #include <QtCore/QPoint>
 #include <QtGui/QImage>
 
-/// How two pictures differ. The channels of a pixel are alpha, and red, green and blue multiplied by it; what only
-/// one of the pictures has differs by 255.
+/// How two pictures differ. The channels of a pixel are alpha, and red, green and blue multiplied by it; what
+/// only one of the pictures has differs by 255.
 struct PictureDifference
 {
     int worst = 0;  ///< the greatest difference of a channel, of 255

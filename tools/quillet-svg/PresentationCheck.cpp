@@ -8,6 +8,7 @@
 #include <QtGui/QPainter>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -68,6 +69,12 @@ Presentation inherit(const Presentation& around, const XmlElement& element)
         result.fillRule = Qt::OddEvenFill;
     else if (rule == QLatin1String("nonzero"))
         result.fillRule = Qt::WindingFill;
+    for (const auto& [name, paint] :
+         {std::make_pair("fill", &result.fill), std::make_pair("stroke", &result.stroke)}) {
+        const QString value = element.attribute(QLatin1String(name));
+        if (!value.isEmpty())
+            *paint = value;
+    }
     return result;
 }
 
@@ -118,6 +125,23 @@ checkPresentation(const XmlElement& path, const Presentation& presentation, cons
              QStringLiteral("write “%1” and “%1-opacity” on the path, or run “quillet-svg convert”")
                  .arg(QLatin1String(what))});
     };
+    const auto compareColor = [&](const QColor& color, const QString& written, const char* what) {
+        QColor expected;
+        expected.setNamedColor(written == QLatin1String("none") ? QString() : written);
+        if (color.isValid() == expected.isValid() && (!color.isValid() || color.rgb() == expected.rgb()))
+            return;
+        findings.append(
+            {Finding::Lost,
+             path.position,
+             QStringLiteral("color"),
+             QStringLiteral("the %1 is meant to be “%2”; the reader draws it %3")
+                 .arg(QLatin1String(what),
+                      written.simplified(),
+                      color.isValid() ? color.name() : QStringLiteral("not at all")),
+             QStringLiteral("write “%1” on the path, without line breaks in it").arg(QLatin1String(what))});
+    };
+    compareColor(shape.getBrush().color(), presentation.fill, "fill");
+    compareColor(shape.getPen().color(), presentation.stroke, "stroke");
     const bool fills = shape.getBrush().color().isValid();
     const bool strokes = shape.getPen().color().isValid();
     compareAlpha(shape.getBrush().color(), presentation.fillOpacity, "fill");

@@ -4,6 +4,7 @@
 
 #include <Quillet/PainterPath.h>
 
+#include <QtCore/QString>
 #include <QtCore/QVector>
 
 /// What SVG says about the presentation of an element, by its attributes and those around it.
@@ -13,6 +14,8 @@ struct Presentation
     double fillOpacity = 1;
     double strokeOpacity = 1;
     Qt::FillRule fillRule = Qt::WindingFill;
+    QString fill = QStringLiteral("black"); ///< as written
+    QString stroke = QStringLiteral("none");
 };
 
 /// The presentation of \a element, which stands in one that has \a around.
