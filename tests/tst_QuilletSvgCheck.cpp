@@ -87,6 +87,14 @@ private Q_SLOTS:
         row("element that draws nothing", "<linearGradient/><view/>", "");
         row("style sheet in another file", "<?xml-stylesheet href='a.css'?>", "lost 2:1 style-sheet");
         row("foreign element", "<x:rect width='9'/>", "");
+        row("group of another namespace",
+            "<g xmlns='urn:other'><g><path d='M0 0h9'/></g></g>",
+            "lost 2:1 foreign");
+        row("path of another namespace", "<path xmlns='urn:other' d='M0 0h9'/>", "lost 2:1 foreign");
+        row("group of another namespace that draws nothing", "<g xmlns='urn:other'><b/></g>", "");
+        row("what other programs show",
+            "<video/><iframe/><audio/><canvas/>",
+            "lost 2:1 image, lost 2:9 image, lost 2:18 image, lost 2:26 image");
         row("animation", "<path d='M0 0h9'><animate/></path>", "");
 
         row("transform", "<path transform='scale(2)' d='M0 0h9'/>", "lost 2:7 transform");
@@ -102,6 +110,9 @@ private Q_SLOTS:
         row("displayed", "<path display='inline' d='M0 0h9'/>", "");
         row("visibility", "<path visibility='hidden' d='M0 0h9'/>", "lost 2:7 hidden");
         row("condition that is not met", "<path requiredExtensions='a' d='M0 0h9'/>", "lost 2:7 condition");
+        row("condition that nothing can meet",
+            "<g requiredExtensions=''/><g requiredFeatures=' '/><g systemLanguage=''/>",
+            "lost 2:4 condition, lost 2:30 condition, lost 2:55 condition");
         row("condition that is met", "<path systemLanguage='en' d='M0 0h9'/>", "");
         row("blending", "<path mix-blend-mode='screen' d='M0 0h9'/>", "lost 2:7 unknown-property");
         row("usual order of painting", "<path paint-order='fill' d='M0 0h9'/>", "");
@@ -277,6 +288,28 @@ private Q_SLOTS:
             QStringLiteral("<svg width='9' height='9' viewBox='0 0 3 3'/>"),
             "lost 1:27 view-box");
         row("view box of the same size", QStringLiteral("<svg width='9' height='9' viewBox='0 0 9 9'/>"), "");
+        row("other namespace",
+            QStringLiteral("<svg xmlns='urn:other'><path d='M0 0h9'/></svg>"),
+            "lost 1:1 foreign");
+        row("no width", QStringLiteral("<svg width='0'><path d='M0 0h9'/></svg>"), "lost 1:6 hidden");
+        row("no height", QStringLiteral("<svg height='0%'><path d='M0 0h9'/></svg>"), "lost 1:6 hidden");
+        row("view box without a height",
+            QStringLiteral("<svg viewBox='0,0 9 0'><path d='M0 0h9'/></svg>"),
+            "lost 1:6 hidden");
+        row("no width and nothing to draw", QStringLiteral("<svg width='0'/>"), "");
+        row("entity in another file",
+            QStringLiteral("<!DOCTYPE svg [<!ENTITY a SYSTEM 'a.xml'>]>\n<svg><g>&a;</g></svg>"),
+            "lost 2:9 entity");
+        row("entities in other files beside text, comments and elements",
+            QStringLiteral("<!DOCTYPE svg [<!ENTITY a SYSTEM 'a.xml'><!ENTITY b 'b'>]>\n"
+                           "<svg>&b; &a; <!--&a;--><![CDATA[&a;]]><g/>&a;<rect/></svg>"),
+            "lost 2:10 entity, lost 2:43 entity, lost 2:46 shape");
+        row("entity of a document type in another file",
+            QStringLiteral("<!DOCTYPE svg SYSTEM 'a.dtd'>\n<svg>&a;</svg>"),
+            "lost 2:6 entity");
+        row("entity in another file in what is ignored",
+            QStringLiteral("<!DOCTYPE svg [<!ENTITY a SYSTEM 'a.xml'>]>\n<svg><desc>&a;</desc></svg>"),
+            "");
         row("view box alone", QStringLiteral("<svg viewBox='0 0 9 9'/>"), "");
         row("deep",
             QStringLiteral("<svg>") + QStringLiteral("<g>").repeated(2000)

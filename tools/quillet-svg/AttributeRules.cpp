@@ -79,6 +79,10 @@ constexpr Rule elements[] = {
     {"text", Finding::Lost, "text", "have the drawing program make paths of it"},
     {"image", Finding::Lost, "image", "draw it with paths"},
     {"foreignObject", Finding::Lost, "image", "draw it with paths"},
+    {"video", Finding::Lost, "image", "draw it with paths"},
+    {"audio", Finding::Lost, "image", "draw it with paths"},
+    {"iframe", Finding::Lost, "image", "draw it with paths"},
+    {"canvas", Finding::Lost, "image", "draw it with paths"},
     {"animate", Finding::Note, "animation", nothing},
     {"animateTransform", Finding::Note, "animation", nothing},
     {"animateMotion", Finding::Note, "animation", nothing},
@@ -106,6 +110,8 @@ Ignored ignoredBy(const Rule* rule, const char* otherwise)
 bool saysNothing(const QString& name, const QString& value)
 {
     const QString word = value.trimmed().toLower();
+    if (name.startsWith(QLatin1String("required")) || name == QLatin1String("systemLanguage"))
+        return !isFailedTest(name, value); // an empty one fails, too
     if (word.isEmpty() || word == QLatin1String("normal"))
         return true;
     if (name == QLatin1String("display"))
@@ -119,8 +125,6 @@ bool saysNothing(const QString& name, const QString& value)
                && word.indexOf(QLatin1String("markers")) != word.indexOf(QLatin1Char(' ')) + 1;
     if (name == QLatin1String("color-interpolation"))
         return word != QLatin1String("linearrgb");
-    if (name.startsWith(QLatin1String("required")) || name == QLatin1String("systemLanguage"))
-        return !isFailedTest(name, value);
     return word == QLatin1String("none");
 }
 

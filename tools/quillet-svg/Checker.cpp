@@ -12,6 +12,8 @@
 #include <Quillet/PainterPathContainer.h>
 #include <Quillet/SvgFileParser.h>
 
+#include <QtCore/QRegularExpression>
+
 #include <algorithm>
 #include <iterator>
 
@@ -23,7 +25,10 @@ class Checker
 {
 public:
     Checker(const XmlTree& tree, const Quillet::PainterPathContainer& picture)
-        : m_elements(tree.elements()), m_links(tree.styleSheetLinks()), m_picture(picture)
+        : m_elements(tree.elements()),
+          m_links(tree.styleSheetLinks()),
+          m_entities(tree.unknownEntities()),
+          m_picture(picture)
     {
     }
 
@@ -38,6 +43,8 @@ public:
                 QStringLiteral("the style sheet in another file is not read"),
                 QStringLiteral("write the properties as attributes"));
         }
+        for (const EntityReference& each : m_entities)
+            checkEntity(each);
         checkShapes();
         return m_findings;
     }
@@ -76,8 +83,58 @@ private:
         return true;
     }
 
+    /// Whether the reader looks for paths in the element \a i.
+    bool isEntered(int i) const
+    {
+        for (; m_elements[i].parent >= 0; i = m_elements[i].parent) {
+            if (m_elements[i].name.toLower() != QLatin1String("g"))
+                return false;
+        }
+        return true;
+    }
+
+    void checkEntity(const EntityReference& entity)
+    {
+        if (!isEntered(entity.element))
+            return;
+        say(Finding::Lost,
+            entity.position,
+            QStringLiteral("entity"),
+            QStringLiteral("what “&%1;” stands for is not in the file, and not read").arg(entity.name),
+            QStringLiteral("write it out in its place"));
+    }
+
+    /// Names what keeps SVG from drawing anything (SVG 1.1, 5.1.2 and 7.7).
+    void checkSize(const XmlElement& root)
+    {
+        if (m_picture.getPaths().empty())
+            return;
+        for (const XmlAttribute& each : root.attributes) {
+            const bool isBox = each.name == QLatin1String("viewBox");
+            const bool isNothing = isBox
+                                       ? isEmptyBox(each.value)
+                                       : isOneOf(each.name, {"width", "height"}) && isZeroLength(each.value);
+            if (!isNothing)
+                continue;
+            say(Finding::Lost,
+                each.namePosition,
+                QStringLiteral("hidden"),
+                isBox ? QStringLiteral("the view box is empty, so SVG draws nothing; the reader draws")
+                      : QStringLiteral("the %1 is 0, so SVG draws nothing; the reader draws").arg(each.name),
+                QStringLiteral("write the size of the drawing"));
+        }
+    }
+
+    static bool isEmptyBox(const QString& viewBox)
+    {
+        static const QRegularExpression separators(QStringLiteral("[\\s,]+"));
+        const QStringList numbers = viewBox.split(separators, Qt::SkipEmptyParts);
+        return numbers.size() == 4 && (isZeroLength(numbers[2]) || isZeroLength(numbers[3]));
+    }
+
     void checkFrame(const XmlElement& root)
     {
+        checkSize(root);
         const Frame frame = readFrame(root);
         if (frame.isIdentity())
             return;
@@ -98,11 +155,18 @@ private:
             int end;
             Presentation presentation;
             int firstShape;
+            bool isForeign;
         };
         QVector<Group> groups;
         const auto enter = [&](int i, const Presentation& around) {
+            const bool isOther = checkNamespace(i, !groups.isEmpty() && groups.last().isForeign);
             checkGroup(m_elements[i]);
-            groups.append({i, i + 1, m_elements[i].end, inherit(around, m_elements[i]), m_layered.size()});
+            groups.append({i,
+                           i + 1,
+                           m_elements[i].end,
+                           inherit(around, m_elements[i]),
+                           m_layered.size(),
+                           isOther});
         };
         enter(0, Presentation());
         while (!groups.isEmpty()) {
@@ -121,6 +185,7 @@ private:
                 const Presentation around = group.presentation;
                 enter(i, around);
             } else if (tag == QLatin1String("path")) {
+                checkNamespace(i, group.isForeign);
                 if (!checkPath(i, group.presentation))
                     return;
             } else {
@@ -138,6 +203,28 @@ private:
             QStringLiteral("unknown-element"),
             QStringLiteral("<%1> is no element of SVG; the reader takes it for <%2>").arg(element.name, tag),
             QStringLiteral("write <%1>, or take it out").arg(tag));
+    }
+
+    /// Names the element \a i, with what is in it, if the reader takes it for SVG's and it is none.
+    /// \return whether it is none; that it is in such a one is told by \a isInForeign.
+    bool checkNamespace(int i, bool isInForeign)
+    {
+        const XmlElement& element = m_elements[i];
+        const bool isOther = element.find(QStringLiteral("xmlns")) ? isForeign(m_elements, i) : isInForeign;
+        if (!isOther || isInForeign)
+            return isOther;
+        const bool isDrawn =
+            std::any_of(m_elements.begin() + i, m_elements.begin() + element.end, [](const XmlElement& each) {
+                return each.name.toLower() == QLatin1String("path");
+            });
+        say(isDrawn ? Finding::Lost : Finding::Note,
+            element.position,
+            QStringLiteral("foreign"),
+            QStringLiteral("<%1> is in another namespace than SVG's; the reader takes it for SVG's")
+                .arg(element.name),
+            element.parent < 0 ? QStringLiteral("write xmlns=\"http://www.w3.org/2000/svg\"")
+                               : QStringLiteral("take it out, or run “quillet-svg convert”"));
+        return true;
     }
 
     void checkGroup(const XmlElement& group)
@@ -332,6 +419,7 @@ private:
 
     const QVector<XmlElement>& m_elements;
     const QVector<Position>& m_links;
+    const QVector<EntityReference>& m_entities;
     const Quillet::PainterPathContainer& m_picture;
     QVector<Finding> m_findings;
     std::size_t m_shape = 0;

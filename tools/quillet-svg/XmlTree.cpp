@@ -2,6 +2,7 @@
 
 #include "Names.h"
 
+#include <QtCore/QSet>
 #include <QtCore/QXmlStreamReader>
 
 #include <utility>
@@ -130,10 +131,27 @@ XmlTree::XmlTree(const QString& text)
     PositionFinder positions(text);
     QVector<int> open;
     int closed = -1; // the last element that was, in the one that is open
+    QSet<QString> external;
+    int before = 0; // the offset of the token
 
     while (!reader.atEnd()) {
         const QXmlStreamReader::TokenType token = reader.readNext();
         const int offset = int(reader.characterOffset()); // behind the token
+        const int begins = std::exchange(before, offset);
+
+        // The reader passes over them without a word.
+        const bool isMarkup = token == QXmlStreamReader::Comment || reader.isCDATA()
+                              || token == QXmlStreamReader::ProcessingInstruction;
+        if (!external.isEmpty() && !open.isEmpty() && !isMarkup) {
+            const QStringRef written = text.midRef(begins, offset - begins);
+            for (int at = written.indexOf(QLatin1Char('&')); at >= 0;
+                 at = written.indexOf(QLatin1Char('&'), at + 1)) {
+                const int end = written.indexOf(QLatin1Char(';'), at);
+                const QString name = written.mid(at + 1, end - at - 1).toString();
+                if (end > at && external.contains(name))
+                    m_unknownEntities.append({name, positions.at(begins + at), open.last()});
+            }
+        }
 
         if (token == QXmlStreamReader::StartElement) {
             XmlElement element;
@@ -173,6 +191,15 @@ XmlTree::XmlTree(const QString& text)
         } else if (token == QXmlStreamReader::ProcessingInstruction
                    && reader.processingInstructionTarget() == QLatin1String("xml-stylesheet")) {
             m_styleSheetLinks.append(positions.at(text.lastIndexOf(QLatin1String("<?"), offset - 1)));
+        } else if (token == QXmlStreamReader::DTD) {
+            for (const QXmlStreamEntityDeclaration& each : reader.entityDeclarations()) {
+                if (!each.systemId().isEmpty())
+                    external.insert(each.name().toString());
+            }
+        } else if (token == QXmlStreamReader::EntityReference && !open.isEmpty()) {
+            m_unknownEntities.append({reader.name().toString(),
+                                      positions.at(text.lastIndexOf(QLatin1Char('&'), offset - 1)),
+                                      open.last()});
         } else if (token == QXmlStreamReader::EndElement) {
             closed = open.takeLast();
             m_elements[closed].end = m_elements.size();

@@ -34,6 +34,14 @@ struct XmlElement
     const XmlAttribute* find(const QString& attributeName) const;
 };
 
+/// A reference to an entity whose text is not in the document.
+struct EntityReference
+{
+    QString name;
+    Position position;
+    int element = -1; ///< index of the element that it stands in
+};
+
 /// The elements of a document in their order, with the places where they and their attributes stand.
 class XmlTree
 {
@@ -46,6 +54,8 @@ public:
     /// The instructions "xml-stylesheet".
     const QVector<Position>& styleSheetLinks() const { return m_styleSheetLinks; }
 
+    const QVector<EntityReference>& unknownEntities() const { return m_unknownEntities; }
+
     /// What is wrong with the XML; empty if nothing is.
     const QString& error() const { return m_error; }
     Position errorPosition() const { return m_errorPosition; }
@@ -53,6 +63,7 @@ public:
 private:
     QVector<XmlElement> m_elements;
     QVector<Position> m_styleSheetLinks;
+    QVector<EntityReference> m_unknownEntities;
     QString m_error;
     Position m_errorPosition;
 };
