@@ -101,6 +101,15 @@ private Q_SLOTS:
         row("transform of a group", "<g transform='scale(2)'/>", "lost 2:4 transform");
         row("style", "<path style='fill:red' d='M0 0h9'/>", "lost 2:7 style");
         row("style that says nothing", "<path style='-x-y:z' d='M0 0h9'/>", "");
+        row("properties that are lost in a style, each by its rule",
+            "<g style='fill:red; filter:url(#f);\n mask : url(#m);mix-blend-mode:screen;clip-path:none'/>",
+            "lost 2:4 style, lost 2:21 filter, lost 3:2 mask, lost 3:17 unknown-property");
+        row("property that is lost in a style with a comment",
+            "<g style='/*;*/filter:url(#f)'/>",
+            "lost 2:4 filter");
+        row("property that is lost behind a reference",
+            "<g style='&#x20;-x-y:z;display:none'><path d='M0 0h9'/></g>",
+            "lost 2:24 hidden");
         row("clip", "<path clip-path='url(#a)' d='M0 0h9'/>", "lost 2:7 clip-path");
         row("no clip", "<path clip-path='none' d='M0 0h9'/>", "");
         row("mask", "<path mask='url(#a)' d='M0 0h9'/>", "lost 2:7 mask");
@@ -322,6 +331,21 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QString, findings);
         QCOMPARE(graveFindings(checkSvg(text)), findings);
+    }
+
+    void whatStandsInAStyleHasItsOwnAdvice()
+    {
+        const auto advice = [](const char* style) {
+            const Check check = checkSvg(document(qPrintable(
+                QStringLiteral("<path style='%1' d='M0 0h9'/>").arg(QLatin1String(style)))));
+            return check.findings.size() == 1 ? check.findings.first().advice : QString();
+        };
+        QCOMPARE(advice("opacity:.5;fill:red"),
+                 QStringLiteral("write the properties as attributes, or run “quillet-svg convert”"));
+        QCOMPARE(advice("filter:url(#f)"), QStringLiteral("draw what it does with paths"));
+        QCOMPARE(advice("display:none"), QStringLiteral("take out what is hidden, or run “quillet-svg convert”"));
+        QCOMPARE(advice("transform:scale(2)"), QStringLiteral("write it as an attribute “transform”"));
+        QCOMPARE(advice("-x-y:z"), checkSvg(document("<g style=''/>")).findings.first().advice);
     }
 
     void tellsWhatTheReaderAnswers()

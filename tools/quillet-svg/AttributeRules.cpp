@@ -185,6 +185,15 @@ Ignored ignoredProperty(const QString& name, const QString& value)
     return result;
 }
 
+Ignored ignoredInStyle(const QString& name, const QString& value)
+{
+    Ignored result = ignoredProperty(name, value);
+    // As attributes they are converted, in a style they are not.
+    if (result.weight == Finding::Lost && result.rule == QLatin1String("transform"))
+        result.advice = lostProperty(name, value).advice;
+    return result;
+}
+
 Ignored lostProperty(const QString& name, const QString& value)
 {
     const Rule* const rule = find(properties, name);

@@ -25,6 +25,9 @@ struct Ignored
 /// An attribute, or a property of a style, that the reader does not know.
 Ignored ignoredProperty(const QString& name, const QString& value);
 
+/// Likewise a property that stands in a style.
+Ignored ignoredInStyle(const QString& name, const QString& value);
+
 /// A property that a conversion cannot keep; a note for one that it can.
 Ignored lostProperty(const QString& name, const QString& value);
 

@@ -367,21 +367,64 @@ private:
             ignored.advice);
     }
 
+    /// A declaration of a style attribute.
+    struct Stated
+    {
+        Declaration declaration;
+        Position position;
+    };
+
+    static QVector<Stated> readDeclarations(const XmlAttribute& style)
+    {
+        QVector<Stated> result;
+        if (style.value.contains(QLatin1String("/*"))) {
+            for (const Declaration& each : readStyle(style.value))
+                result.append({each, style.namePosition});
+            return result;
+        }
+        PlacesInValue places(style);
+        int begin = 0;
+        const QStringList parts = style.value.split(QLatin1Char(';'));
+        for (const QString& part : parts) {
+            const auto isSpace = [](QChar each) { return each.isSpace(); };
+            const auto word = std::find_if_not(part.begin(), part.end(), isSpace);
+            for (const Declaration& each : readStyle(part))
+                result.append({each, places.at(begin + int(word - part.begin()))});
+            begin += part.size() + 1;
+        }
+        return result;
+    }
+
+    /// One finding for what attributes could say as well, and one for each other property that is lost.
     void checkStyle(const XmlAttribute& style)
     {
-        QStringList lost;
-        const QVector<Declaration> declarations = readStyle(style.value);
-        for (const Declaration& each : declarations) {
-            if (ignoredProperty(each.property, each.value).weight == Finding::Lost)
-                lost.append(each.property);
-        }
         const Ignored ignored = ignoredProperty(QStringLiteral("style"), style.value);
-        say(lost.isEmpty() ? Finding::Note : Finding::Lost,
+        QStringList plain;
+        bool isHarmless = true;
+        for (const Stated& each : readDeclarations(style)) {
+            const QString& property = each.declaration.property;
+            const Ignored byItself = ignoredInStyle(property, each.declaration.value);
+            if (byItself.weight != Finding::Lost)
+                continue;
+            isHarmless = false;
+            if (byItself.rule == ignored.rule) {
+                plain.append(property);
+                continue;
+            }
+            say(Finding::Lost,
+                each.position,
+                byItself.rule,
+                QStringLiteral("“%1” in the style is ignored").arg(property),
+                byItself.advice);
+        }
+        if (plain.isEmpty() && !isHarmless)
+            return;
+        say(isHarmless ? Finding::Note : Finding::Lost,
             style.namePosition,
             ignored.rule,
-            lost.isEmpty() ? QStringLiteral("the attribute “style” is ignored")
-                           : QStringLiteral("the attribute “style” is ignored, and with it: ")
-                                 + lost.join(QStringLiteral(", ")),
+            isHarmless ? QStringLiteral("the attribute “style” is ignored")
+                       : QStringLiteral("the attribute “style” is ignored, and with it: ")
+                             + plain.join(QStringLiteral(", ")),
             ignored.advice);
     }
 
