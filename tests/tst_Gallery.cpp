@@ -518,7 +518,7 @@ private Q_SLOTS:
         const QString fileName = directory.filePath(QStringLiteral("designed.svg"));
         QFile file(fileName);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("<svg width='9' height='9'>\n<rect width='9' height='9'/><text/></svg>");
+        file.write("<svg width='9' height='9'>\n<rect width='9' height='9'/><text>t</text></svg>");
         file.close();
         ConvertPage page;
         page.open(fileName);

@@ -71,6 +71,9 @@ private Q_SLOTS:
         row("use", "<defs><path id='a' d='M0 0h9'/></defs><use href='#a'/>", "lost 2:39 use");
         row("path in a link", "<a><path d='M0 0h9'/></a>", "lost 2:1 container");
         row("text", "<text>t</text>", "lost 2:1 text");
+        row("text without a letter", "<text/><text> <tspan>\n</tspan></text>", "");
+        row("text in a part of it", "<text><tspan>t</tspan></text>", "lost 2:1 text");
+        row("text from elsewhere", "<text><tref href='#a'/></text>", "lost 2:1 text");
         row("image", "<image href='a.png'/>", "lost 2:1 image");
         row("style sheet in defs", "<defs><style>path{fill:red}</style></defs>", "lost 2:7 style-sheet");
         row("prefixed name", "<svg:path d='M0 0h9'/>", "lost 2:1 prefix");
@@ -98,6 +101,14 @@ private Q_SLOTS:
         row("animation", "<path d='M0 0h9'><animate/></path>", "");
 
         row("transform", "<path transform='scale(2)' d='M0 0h9'/>", "lost 2:7 transform");
+        row("transforms that move nothing",
+            "<g transform='translate(0)'/><g transform=' matrix(1,0 0 1.0,0,0), rotate(0 5 5) scale(1 1)'/>"
+            "<g transform='skewX(0)'/><g transform=''/><g style='transform:none'/>",
+            "");
+        row("transforms of which one moves something",
+            "<g transform='translate(0) scale(1 2)'/><g transform='rotate(0) x'/><g transform='matrix(1)'/>"
+            "<g transform='translate(1px)'/>",
+            "lost 2:4 transform, lost 2:44 transform, lost 2:72 transform, lost 2:98 transform");
         row("transform of a group", "<g transform='scale(2)'/>", "lost 2:4 transform");
         row("style", "<path style='fill:red' d='M0 0h9'/>", "lost 2:7 style");
         row("style that says nothing", "<path style='-x-y:z' d='M0 0h9'/>", "");
@@ -116,6 +127,18 @@ private Q_SLOTS:
         row("filter", "<path filter='url(#a)' d='M0 0h9'/>", "lost 2:7 filter");
         row("marker", "<path marker-end='url(#a)' d='M0 0h9'/>", "lost 2:7 marker");
         row("display", "<path display='none' d='M0 0h9'/>", "lost 2:7 hidden");
+        row("display of a group", "<g display='none'><path d='M0 0h9'/></g>", "lost 2:4 hidden");
+        row("display of a group in a style",
+            "<g style='display:none'><path d='M0 0h9'/></g>",
+            "lost 2:11 hidden");
+        row("hidden elements that are not read either",
+            "<rect display='none'/><text style='display:none'>t</text><g display='none'><rect/><g "
+            "display='inline'><text>t</text><image/></g></g>",
+            "");
+        row("style sheet in a hidden group",
+            "<g display='none'><style>path{fill:red}</style></g>",
+            "lost 2:19 style-sheet");
+        row("elements behind hidden ones", "<g display='none'/><rect/>", "lost 2:20 shape");
         row("displayed", "<path display='inline' d='M0 0h9'/>", "");
         row("visibility", "<path visibility='hidden' d='M0 0h9'/>", "lost 2:7 hidden");
         row("condition that is not met", "<path requiredExtensions='a' d='M0 0h9'/>", "lost 2:7 condition");
@@ -125,13 +148,40 @@ private Q_SLOTS:
         row("condition that is met", "<path systemLanguage='en' d='M0 0h9'/>", "");
         row("blending", "<path mix-blend-mode='screen' d='M0 0h9'/>", "lost 2:7 unknown-property");
         row("usual order of painting", "<path paint-order='fill' d='M0 0h9'/>", "");
-        row("dashes", "<path stroke-dasharray='2' d='M0 0h9'/>", "lost 2:7 dashes");
+        row("dashes", "<path stroke-dasharray='2' stroke='red' d='M0 0h9'/>", "lost 2:7 dashes");
+
+        row("dashes without a length",
+            "<path stroke='red' stroke-dasharray='0' d='M0 0h9'/><path stroke='red' stroke-dasharray='0px, "
+            "0' "
+            "d='M0 0h9'/><path style='stroke-dasharray:none' d='M0 0h9'/>",
+            "");
+        row("dashes without a stroke",
+            "<path stroke-dasharray='2' d='M0 0h9'/><path stroke='none' stroke-dasharray='2' d='M0 0h9'/>",
+            "");
+        row("dashes without a stroke in a style", "<path style='stroke-dasharray:2' d='M0 0h9'/>", "");
+        row("dashes of a group",
+            "<g stroke-dasharray='2'><g><path stroke='red' d='M0 0h9'/></g></g>",
+            "lost 2:4 dashes");
+        row("dashes of a group that strokes nothing",
+            "<g stroke-dasharray='2'><path stroke='none' d='M0 0h9'/></g><path stroke='red' d='M0 0h9'/>",
+            "");
+        row("dashes below a stroke",
+            "<g stroke='red'><path stroke-dasharray='2' d='M0 0h9'/></g>",
+            "lost 2:23 dashes");
+        row("dashes below a stroke in a style",
+            "<g style='stroke:red'><path stroke-dasharray='2' d='M0 0h9'/></g>",
+            "lost 2:4 style, lost 2:29 dashes");
 
         row("current colour", "<path fill='currentColor' d='M0 0h9'/>", "lost 2:13 color");
         row("colour as a function", "<path fill='rgb(1,2,3)' d='M0 0h9'/>", "lost 2:13 color");
         row("paint server", "<path stroke='url(#a)' d='M0 0h9'/>", "lost 2:15 color");
         row("alpha at the end", "<path fill='#ff000080' d='M0 0h9'/>", "lost 2:13 color");
         row("transparent", "<path fill='transparent' d='M0 0h9'/>", "lost 2:13 color");
+        row("no stroke to inherit", "<path stroke='inherit' d='M0 0h9'/>", "");
+        row("no fill to inherit", "<g fill='none'><path fill='inherit' d='M0 0h9'/></g>", "");
+        row("stroke to inherit",
+            "<g stroke='red'><g stroke='inherit'/><path stroke='inherit' d='M0 0h9'/></g>",
+            "lost 2:28 color, lost 2:52 color");
         row("colour of a group", "<g fill='inherit'/>", "lost 2:10 color");
 
         row("opacity without a colour", "<path opacity='.5' d='M0 0h9'/>", "lost 2:1 opacity");
@@ -316,6 +366,9 @@ private Q_SLOTS:
         row("entity of a document type in another file",
             QStringLiteral("<!DOCTYPE svg SYSTEM 'a.dtd'>\n<svg>&a;</svg>"),
             "lost 2:6 entity");
+        row("text in another file",
+            QStringLiteral("<!DOCTYPE svg [<!ENTITY a SYSTEM 'a.xml'>]>\n<svg><text>&a;</text></svg>"),
+            "lost 2:6 text");
         row("entity in another file in what is ignored",
             QStringLiteral("<!DOCTYPE svg [<!ENTITY a SYSTEM 'a.xml'>]>\n<svg><desc>&a;</desc></svg>"),
             "");
@@ -336,14 +389,15 @@ private Q_SLOTS:
     void whatStandsInAStyleHasItsOwnAdvice()
     {
         const auto advice = [](const char* style) {
-            const Check check = checkSvg(document(qPrintable(
-                QStringLiteral("<path style='%1' d='M0 0h9'/>").arg(QLatin1String(style)))));
+            const Check check = checkSvg(document(
+                qPrintable(QStringLiteral("<path style='%1' d='M0 0h9'/>").arg(QLatin1String(style)))));
             return check.findings.size() == 1 ? check.findings.first().advice : QString();
         };
         QCOMPARE(advice("opacity:.5;fill:red"),
                  QStringLiteral("write the properties as attributes, or run “quillet-svg convert”"));
         QCOMPARE(advice("filter:url(#f)"), QStringLiteral("draw what it does with paths"));
-        QCOMPARE(advice("display:none"), QStringLiteral("take out what is hidden, or run “quillet-svg convert”"));
+        QCOMPARE(advice("display:none"),
+                 QStringLiteral("take out what is hidden, or run “quillet-svg convert”"));
         QCOMPARE(advice("transform:scale(2)"), QStringLiteral("write it as an attribute “transform”"));
         QCOMPARE(advice("-x-y:z"), checkSvg(document("<g style=''/>")).findings.first().advice);
     }

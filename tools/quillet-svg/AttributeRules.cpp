@@ -1,7 +1,10 @@
 #include "AttributeRules.h"
 
 #include "Conditions.h"
+#include "Frame.h"
 #include "Names.h"
+
+#include <QtCore/QRegularExpression>
 
 #include <algorithm>
 
@@ -106,6 +109,50 @@ Ignored ignoredBy(const Rule* rule, const char* otherwise)
     return {rule->weight, QLatin1String(rule->rule), QString::fromUtf8(rule->advice)};
 }
 
+/// Whether \a text is a list of transforms that move nothing.
+bool isIdentity(const QString& text)
+{
+    static const QRegularExpression function(QStringLiteral("\\s*,?\\s*([a-zA-Z]+)\\s*\\(([^()]*)\\)\\s*"));
+    static const QRegularExpression separators(QStringLiteral("[\\s,]+"));
+    int end = 0;
+    QRegularExpressionMatchIterator each = function.globalMatch(text);
+    while (each.hasNext()) {
+        const QRegularExpressionMatch match = each.next();
+        const QString name = match.captured(1);
+        const QStringList numbers = match.captured(2).split(separators, Qt::SkipEmptyParts);
+        const auto is = [&](int i, double value) {
+            bool ok = false;
+            return numbers[i].toDouble(&ok) == value && ok;
+        };
+        const auto are = [&](double value) {
+            for (int i = 0; i < numbers.size(); ++i) {
+                if (!is(i, value))
+                    return false;
+            }
+            return !numbers.isEmpty();
+        };
+        const bool isNothing =
+            (name == QLatin1String("translate") && numbers.size() <= 2 && are(0))
+            || (name == QLatin1String("scale") && numbers.size() <= 2 && are(1))
+            || (name == QLatin1String("rotate") && (numbers.size() == 1 || numbers.size() == 3) && is(0, 0))
+            || (name.startsWith(QLatin1String("skew")) && numbers.size() == 1 && are(0))
+            || (name == QLatin1String("matrix") && numbers.size() == 6 && is(0, 1) && is(1, 0) && is(2, 0)
+                && is(3, 1) && is(4, 0) && is(5, 0));
+        if (match.capturedStart() != end || !isNothing)
+            return false;
+        end = match.capturedEnd();
+    }
+    return end == text.size();
+}
+
+/// Whether the dashes have no length, which makes a whole line of them (SVG 1.1, 11.4).
+bool isUndashed(const QString& dashes)
+{
+    static const QRegularExpression separators(QStringLiteral("[\\s,]+"));
+    const QStringList lengths = dashes.split(separators, Qt::SkipEmptyParts);
+    return std::all_of(lengths.begin(), lengths.end(), isZeroLength);
+}
+
 /// Whether a property, none that the reader reads, is as if it were not there.
 bool saysNothing(const QString& name, const QString& value)
 {
@@ -118,6 +165,10 @@ bool saysNothing(const QString& name, const QString& value)
         return word != QLatin1String("none");
     if (name == QLatin1String("visibility"))
         return word == QLatin1String("visible");
+    if (name == QLatin1String("transform"))
+        return word == QLatin1String("none") || isIdentity(value);
+    if (name == QLatin1String("stroke-dasharray"))
+        return word == QLatin1String("none") || isUndashed(word);
     if (name == QLatin1String("clip"))
         return word == QLatin1String("auto");
     if (name == QLatin1String("paint-order"))

@@ -28,8 +28,17 @@ public:
         : m_elements(tree.elements()),
           m_links(tree.styleSheetLinks()),
           m_entities(tree.unknownEntities()),
-          m_picture(picture)
+          m_picture(picture),
+          m_before(m_elements.size() + 1)
     {
+        for (int i = 0; i < m_elements.size(); ++i) {
+            const XmlElement& each = m_elements[i];
+            const QString stroke = statedIn(each, QStringLiteral("stroke"));
+            const bool strokes = !stroke.isEmpty() && stroke != QLatin1String("none");
+            m_before[i + 1].strokes = m_before[i].strokes + (strokes ? 1 : 0);
+            m_before[i + 1].paths =
+                m_before[i].paths + (each.name.toLower() == QLatin1String("path") ? 1 : 0);
+        }
     }
 
     QVector<Finding> check()
@@ -50,6 +59,32 @@ public:
     }
 
 private:
+    int indexOf(const XmlElement& element) const { return int(&element - m_elements.constData()); }
+
+    bool hasPaths(const XmlElement& element) const
+    {
+        return m_before[element.end].paths > m_before[indexOf(element)].paths;
+    }
+
+    /// Whether the element, or something in it, may be stroked.
+    bool isStroked(const XmlElement& element, const Presentation& around) const
+    {
+        return inherit(around, element).strokes
+               || m_before[element.end].strokes > m_before[indexOf(element) + 1].strokes;
+    }
+
+    /// What a property comes to that the element has in \a around.
+    Finding::Weight weighed(const Ignored& ignored,
+                            const QString& property,
+                            const XmlElement& element,
+                            const Presentation& around) const
+    {
+        const bool isLost = property == QLatin1String("display")            ? hasPaths(element)
+                            : property == QLatin1String("stroke-dasharray") ? isStroked(element, around)
+                                                                            : true;
+        return isLost ? ignored.weight : Finding::Note;
+    }
+
     void say(Finding::Weight weight,
              const Position& position,
              const QString& rule,
@@ -160,7 +195,7 @@ private:
         QVector<Group> groups;
         const auto enter = [&](int i, const Presentation& around) {
             const bool isOther = checkNamespace(i, !groups.isEmpty() && groups.last().isForeign);
-            checkGroup(m_elements[i]);
+            checkGroup(m_elements[i], around);
             groups.append({i,
                            i + 1,
                            m_elements[i].end,
@@ -189,7 +224,7 @@ private:
                 if (!checkPath(i, group.presentation))
                     return;
             } else {
-                checkIgnored(m_elements[i]);
+                checkIgnored(m_elements[i], group.presentation);
             }
         }
     }
@@ -213,11 +248,7 @@ private:
         const bool isOther = element.find(QStringLiteral("xmlns")) ? isForeign(m_elements, i) : isInForeign;
         if (!isOther || isInForeign)
             return isOther;
-        const bool isDrawn =
-            std::any_of(m_elements.begin() + i, m_elements.begin() + element.end, [](const XmlElement& each) {
-                return each.name.toLower() == QLatin1String("path");
-            });
-        say(isDrawn ? Finding::Lost : Finding::Note,
+        say(hasPaths(element) ? Finding::Lost : Finding::Note,
             element.position,
             QStringLiteral("foreign"),
             QStringLiteral("<%1> is in another namespace than SVG's; the reader takes it for SVG's")
@@ -227,7 +258,7 @@ private:
         return true;
     }
 
-    void checkGroup(const XmlElement& group)
+    void checkGroup(const XmlElement& group, const Presentation& around)
     {
         const QVector<QString>& names = readAttributes();
         const auto isRefusedIn = [&group](const QString& name) {
@@ -256,7 +287,7 @@ private:
                 refusalOf(attribute.name));
             unread.append(attribute.name);
         }
-        checkAttributes(group, unread);
+        checkAttributes(group, around, unread);
     }
 
     /// \return false where the reader stops.
@@ -284,9 +315,9 @@ private:
                 return false;
             }
         }
-        checkAttributes(path);
+        checkAttributes(path, around);
         for (int child = i + 1; child < path.end; child = m_elements[child].end)
-            checkIgnored(m_elements[child]);
+            checkIgnored(m_elements[child], inherit(around, path));
         if (m_shape < m_picture.getPaths().size()) {
             const Quillet::PainterPath& shape = *m_picture.getPaths()[m_shape];
             const Presentation presentation = inherit(around, path);
@@ -339,28 +370,31 @@ private:
     }
 
     /// What the values of \a unread are does not matter.
-    void checkAttributes(const XmlElement& element, const QStringList& unread = {})
+    void
+    checkAttributes(const XmlElement& element, const Presentation& around, const QStringList& unread = {})
     {
         for (const XmlAttribute& each : element.attributes) {
             if (each.name == QLatin1String("style"))
-                checkStyle(each);
+                checkStyle(each, element, around);
             else if (!readAttributes().contains(each.name) && each.name != QLatin1String("d"))
-                checkIgnoredAttribute(each);
+                checkIgnoredAttribute(each, element, around);
             else if (unread.contains(each.name))
                 continue;
             else if (each.name == QLatin1String("fill") || each.name == QLatin1String("stroke"))
-                m_findings += checkColor(each);
+                m_findings += checkColor(each, around);
             else
                 m_findings += checkNumber(each);
         }
     }
 
-    void checkIgnoredAttribute(const XmlAttribute& attribute)
+    void checkIgnoredAttribute(const XmlAttribute& attribute,
+                               const XmlElement& element,
+                               const Presentation& around)
     {
         if (attribute.name == QLatin1String("xmlns") || attribute.name.startsWith(QLatin1String("xmlns:")))
             return;
         const Ignored ignored = ignoredProperty(attribute.name, attribute.value);
-        say(ignored.weight,
+        say(weighed(ignored, attribute.name, element, around),
             attribute.namePosition,
             ignored.rule,
             QStringLiteral("the attribute “%1” is ignored").arg(attribute.name),
@@ -396,7 +430,7 @@ private:
     }
 
     /// One finding for what attributes could say as well, and one for each other property that is lost.
-    void checkStyle(const XmlAttribute& style)
+    void checkStyle(const XmlAttribute& style, const XmlElement& element, const Presentation& around)
     {
         const Ignored ignored = ignoredProperty(QStringLiteral("style"), style.value);
         QStringList plain;
@@ -404,7 +438,7 @@ private:
         for (const Stated& each : readDeclarations(style)) {
             const QString& property = each.declaration.property;
             const Ignored byItself = ignoredInStyle(property, each.declaration.value);
-            if (byItself.weight != Finding::Lost)
+            if (weighed(byItself, property, element, around) != Finding::Lost)
                 continue;
             isHarmless = false;
             if (byItself.rule == ignored.rule) {
@@ -428,9 +462,9 @@ private:
             ignored.advice);
     }
 
-    void checkIgnored(const XmlElement& element)
+    void checkIgnored(const XmlElement& element, const Presentation& around)
     {
-        const int self = int(&element - m_elements.constData());
+        const int self = indexOf(element);
         const QString local = localName(element.name);
         // "svg:" is often left undeclared.
         const bool foreign = isForeign(m_elements, self) && !element.name.startsWith(QLatin1String("svg:"));
@@ -446,8 +480,12 @@ private:
         } else if (element.end - self > 1) {
             message += QStringLiteral(", with everything in it");
         }
+        const bool isSheet = local == QLatin1String("style"); // which acts wherever it stands
+        if (!isSheet && (isEmptyText(element) || !inherit(around, element).isDisplayed)) {
+            ignored.weight = Finding::Note;
+            ignored.advice = QStringLiteral("nothing needs to be done");
+        }
         say(ignored.weight, element.position, ignored.rule, message, ignored.advice);
-        // A style sheet acts from wherever it stands.
         for (int i = self + 1; i < element.end; ++i) {
             if (localName(m_elements[i].name) == QLatin1String("style")) {
                 const Ignored style = ignoredElement(QStringLiteral("style"));
@@ -460,10 +498,32 @@ private:
         }
     }
 
+    bool isEmptyText(const XmlElement& element) const
+    {
+        const int self = indexOf(element);
+        return localName(element.name) == QLatin1String("text")
+               && std::all_of(m_elements.begin() + self,
+                              m_elements.begin() + element.end,
+                              [](const XmlElement& each) {
+                                  return each.text.isEmpty() && localName(each.name) != QLatin1String("tref");
+                              })
+               && std::none_of(m_entities.begin(), m_entities.end(), [&](const EntityReference& each) {
+                      return each.element >= self && each.element < element.end;
+                  });
+    }
+
+    /// How many elements there are.
+    struct Count
+    {
+        int paths = 0;
+        int strokes = 0; ///< that say what to stroke with
+    };
+
     const QVector<XmlElement>& m_elements;
     const QVector<Position>& m_links;
     const QVector<EntityReference>& m_entities;
     const Quillet::PainterPathContainer& m_picture;
+    QVector<Count> m_before; ///< in front of each element, and of the end
     QVector<Finding> m_findings;
     std::size_t m_shape = 0;
     QVector<LayeredShape> m_layered; ///< the shapes so far

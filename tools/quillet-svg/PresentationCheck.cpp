@@ -23,6 +23,13 @@ void readNumber(const XmlElement& element, const char* name, double& number)
         number = qBound(0.0, value, 1.0);
 }
 
+void readPaint(const XmlElement& element, const QString& property, bool& isPainted)
+{
+    const QString paint = statedIn(element, property);
+    if (!paint.isEmpty() && paint != QLatin1String("inherit"))
+        isPainted = paint != QLatin1String("none");
+}
+
 /// In black on nothing.
 QImage drawArea(QPainterPath path, Qt::FillRule rule)
 {
@@ -56,6 +63,16 @@ QString percent(double share)
 
 } // namespace
 
+QString statedIn(const XmlElement& element, const QString& property)
+{
+    if (const XmlAttribute* style = element.find(QStringLiteral("style"))) {
+        const QVector<Declaration> declarations = readStyle(style->value);
+        if (const Declaration* found = find(declarations, property))
+            return found->value;
+    }
+    return element.attribute(property).trimmed();
+}
+
 Presentation inherit(const Presentation& around, const XmlElement& element)
 {
     Presentation result = around;
@@ -75,14 +92,21 @@ Presentation inherit(const Presentation& around, const XmlElement& element)
         if (!value.isEmpty())
             *paint = value;
     }
+    readPaint(element, QStringLiteral("fill"), result.fills);
+    readPaint(element, QStringLiteral("stroke"), result.strokes);
+    if (statedIn(element, QStringLiteral("display")) == QLatin1String("none"))
+        result.isDisplayed = false; // whatever is in it says
     return result;
 }
 
-QVector<Finding> checkColor(const XmlAttribute& attribute)
+QVector<Finding> checkColor(const XmlAttribute& attribute, const Presentation& around)
 {
     const QString& value = attribute.value;
     if (value.isEmpty() || value == QLatin1String("none"))
         return {};
+    const bool isPaintedAround = attribute.name == QLatin1String("fill") ? around.fills : around.strokes;
+    if (value == QLatin1String("inherit") && !isPaintedAround)
+        return {}; // to the reader, too, there is none
     QColor taken;
     taken.setNamedColor(value);
     const QColor meant = readColor(value);

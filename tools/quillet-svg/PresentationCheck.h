@@ -16,13 +16,20 @@ struct Presentation
     Qt::FillRule fillRule = Qt::WindingFill;
     QString fill = QStringLiteral("black"); ///< as written
     QString stroke = QStringLiteral("none");
+    bool fills = true;
+    bool strokes = false;
+    bool isDisplayed = true;
 };
+
+/// What \a element says of \a property, in its style or in an attribute; empty if nothing.
+QString statedIn(const XmlElement& element, const QString& property);
 
 /// The presentation of \a element, which stands in one that has \a around.
 Presentation inherit(const Presentation& around, const XmlElement& element);
 
-/// What is wrong with the colour in \a attribute, a fill or a stroke.
-QVector<Finding> checkColor(const XmlAttribute& attribute);
+/// What is wrong with the colour in \a attribute, a fill or a stroke of an element that stands in one that
+/// has \a around.
+QVector<Finding> checkColor(const XmlAttribute& attribute, const Presentation& around);
 
 /// Where the reader's \a shape looks otherwise than \a path should.
 QVector<Finding> checkPresentation(const XmlElement& path,
