@@ -1,6 +1,7 @@
 #include "TestCase.h"
 
 #include "Checker.h"
+#include "Converter.h"
 #include "PathComparison.h"
 #include "PathDataCheck.h"
 #include "PathGrammar.h"
@@ -400,6 +401,29 @@ private Q_SLOTS:
                  QStringLiteral("take out what is hidden, or run “quillet-svg convert”"));
         QCOMPARE(advice("transform:scale(2)"), QStringLiteral("write it as an attribute “transform”"));
         QCOMPARE(advice("-x-y:z"), checkSvg(document("<g style=''/>")).findings.first().advice);
+    }
+
+    void saysWhatAConversionRefuses()
+    {
+        const auto say = [](const char* inside) {
+            QStringList result;
+            for (const Finding& each : checkSvg(document(inside)).findings) {
+                if (each.weight != Finding::Note)
+                    result.append(QStringLiteral("%1 %2; %3")
+                                      .arg(QString::number(each.position.column), each.message, each.advice));
+            }
+            return result;
+        };
+        const char* const circle = "<g id='a'><use href='#a'/></g>";
+        QCOMPARE(say(circle),
+                 (QStringList{QStringLiteral("11 <use> refers to what it stands in; “quillet-svg convert” "
+                                             "refuses the file for it; break the circle"),
+                              QStringLiteral("11 <use> is ignored; break the circle, then run “quillet-svg "
+                                             "convert”")}));
+        QVERIFY(convertSvg(document(circle))
+                    .error.startsWith(QStringLiteral("<use> refers to what it stands in")));
+        QCOMPARE(say("<g id='a'/><use href='#a'/>"),
+                 QStringList(QStringLiteral("12 <use> is ignored; run “quillet-svg convert”")));
     }
 
     void tellsWhatTheReaderAnswers()

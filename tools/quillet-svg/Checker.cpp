@@ -7,6 +7,7 @@
 #include "NumberCheck.h"
 #include "PathDataCheck.h"
 #include "PresentationCheck.h"
+#include "References.h"
 #include "Style.h"
 
 #include <Quillet/PainterPathContainer.h>
@@ -28,6 +29,7 @@ public:
         : m_elements(tree.elements()),
           m_links(tree.styleSheetLinks()),
           m_entities(tree.unknownEntities()),
+          m_references(m_elements),
           m_picture(picture),
           m_before(m_elements.size() + 1)
     {
@@ -54,6 +56,7 @@ public:
         }
         for (const EntityReference& each : m_entities)
             checkEntity(each);
+        checkReferences();
         checkShapes();
         return m_findings;
     }
@@ -126,6 +129,18 @@ private:
                 return false;
         }
         return true;
+    }
+
+    /// Names what a conversion would refuse.
+    void checkReferences()
+    {
+        if (m_references.error().isEmpty())
+            return;
+        say(Finding::Lost,
+            m_references.errorPosition(),
+            QStringLiteral("use"),
+            m_references.error() + QStringLiteral("; “quillet-svg convert” refuses the file for it"),
+            m_references.advice());
     }
 
     void checkEntity(const EntityReference& entity)
@@ -485,6 +500,8 @@ private:
             ignored.weight = Finding::Note;
             ignored.advice = QStringLiteral("nothing needs to be done");
         }
+        if (ignored.rule == QLatin1String("use") && !m_references.error().isEmpty())
+            ignored.advice = m_references.advice() + QStringLiteral(", then run “quillet-svg convert”");
         say(ignored.weight, element.position, ignored.rule, message, ignored.advice);
         for (int i = self + 1; i < element.end; ++i) {
             if (localName(m_elements[i].name) == QLatin1String("style")) {
@@ -522,6 +539,7 @@ private:
     const QVector<XmlElement>& m_elements;
     const QVector<Position>& m_links;
     const QVector<EntityReference>& m_entities;
+    const References m_references;
     const Quillet::PainterPathContainer& m_picture;
     QVector<Count> m_before; ///< in front of each element, and of the end
     QVector<Finding> m_findings;

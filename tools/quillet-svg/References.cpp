@@ -6,6 +6,16 @@ namespace {
 
 constexpr qint64 most_elements = 1000000; ///< with those that "use" repeats
 
+QString tooDeepMessage()
+{
+    return QStringLiteral("elements are nested more than 2000 deep");
+}
+
+QString flatten()
+{
+    return QStringLiteral("take out groups that hold nothing but a group");
+}
+
 } // namespace
 
 References::References(const QVector<XmlElement>& elements)
@@ -18,7 +28,7 @@ References::References(const QVector<XmlElement>& elements)
     }
     const int tooDeep = firstTooDeep(elements);
     if (tooDeep >= 0)
-        fail(tooDeep, QStringLiteral("elements are nested more than 2000 deep"));
+        fail(tooDeep, tooDeepMessage(), flatten());
     else
         measure();
 }
@@ -60,16 +70,20 @@ void References::measure()
         if (step.next == step.parts.size()) {
             const Content content = sumOf(step.parts);
             if (content.elements > most_elements)
-                return fail(step.element, QStringLiteral("<use> repeats more than 1,000,000 elements"));
+                return fail(step.element,
+                            QStringLiteral("<use> repeats more than 1,000,000 elements"),
+                            QStringLiteral("repeat less"));
             if (content.depth > deepest_nesting)
-                return fail(step.element, QStringLiteral("elements are nested more than 2000 deep"));
+                return fail(step.element, tooDeepMessage(), flatten());
             m_contents[step.element] = content;
             steps.removeLast();
             continue;
         }
         const int part = step.parts[step.next++];
         if (m_contents[part].state == Content::Open)
-            return fail(step.element, QStringLiteral("<use> refers to what it stands in"));
+            return fail(step.element,
+                        QStringLiteral("<use> refers to what it stands in"),
+                        QStringLiteral("break the circle"));
         if (m_contents[part].state == Content::Unknown)
             steps.append(open(part));
     }
@@ -98,8 +112,9 @@ References::Content References::sumOf(const QVector<int>& parts) const
     return {Content::Known, int(std::min(elements, most_elements + 1)), depth + 1};
 }
 
-void References::fail(int element, const QString& why)
+void References::fail(int element, const QString& why, const QString& advice)
 {
     m_error = why;
+    m_advice = advice;
     m_errorPosition = m_elements[element].position;
 }

@@ -24,6 +24,7 @@ public:
     /// Why drawing the document would not come to an end, or go too deep; empty if it is well.
     const QString& error() const { return m_error; }
     Position errorPosition() const { return m_errorPosition; }
+    const QString& advice() const { return m_advice; }
 
 private:
     /// What is drawn for one element.
@@ -39,11 +40,12 @@ private:
     void measure();
     QVector<int> drawnBy(int element) const;
     Content sumOf(const QVector<int>& parts) const;
-    void fail(int element, const QString& why);
+    void fail(int element, const QString& why, const QString& advice);
 
     const QVector<XmlElement>& m_elements;
     QHash<QString, int> m_ids;
     QVector<Content> m_contents;
     QString m_error;
+    QString m_advice;
     Position m_errorPosition;
 };
