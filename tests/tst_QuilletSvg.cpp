@@ -536,6 +536,29 @@ private Q_SLOTS:
         QCOMPARE(asJson.status, int(NoAccess));
     }
 
+    void hiddenDirectoriesAndLinksToDirectoriesAreNotEntered()
+    {
+        const QDir directory(m_directory->path());
+        QVERIFY(directory.mkpath(QStringLiteral("icons/more")));
+        QVERIFY(directory.mkpath(QStringLiteral("icons/.git/more")));
+        write("icons/more/a.svg", clean);
+        write("icons/.b.svg", clean);
+        write("icons/.git/c.svg", clean);
+        write("icons/.git/more/d.svg", clean);
+        QVERIFY(QFile::link(path("icons"), path("icons/more/loop")));
+        QVERIFY(QFile::link(path("icons/.git"), path("icons/git.svg")));
+        QVERIFY(QFile::link(path("clean.svg"), path("icons/link.svg")));
+        QCOMPARE(runProgram({QStringLiteral("check"), QStringLiteral("icons")}).out,
+                 QStringLiteral("icons/link.svg: clean; parseSvg() accepts it, 1 shape\n"
+                                "icons/more/a.svg: clean; parseSvg() accepts it, 1 shape\n"
+                                "2 files: 2 clean, 0 lossy, 0 refused\n"));
+        // What is named is not passed over.
+        QCOMPARE(
+            runProgram({QStringLiteral("check"), QStringLiteral("--summary"), QStringLiteral("icons/.git")})
+                .out,
+            QStringLiteral("2 files: 2 clean, 0 lossy, 0 refused\n"));
+    }
+
     void aSummaryFollowsOnlyADirectory()
     {
         QVERIFY(QDir(m_directory->path()).mkpath(QStringLiteral("icons")));

@@ -1,6 +1,6 @@
 #include "Document.h"
 
-#include <QtCore/QDirIterator>
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QTextCodec>
@@ -56,24 +56,27 @@ Document readFrom(QFile& file)
     return documentFrom(bytes);
 }
 
-/// The SVG files in the directory and below it.
+/// The SVG files in the directory and below it, but for hidden ones. What a link to a directory leads to is
+/// not entered.
 QVector<Input> filesBelow(const QString& directory)
 {
     QVector<Input> result;
-    QDirIterator each(directory,
-                      {QStringLiteral("*.svg")},
-                      QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot,
-                      QDirIterator::Subdirectories);
-    const auto note = [&](const QFileInfo& info) {
-        if (!info.isDir())
-            result.append({info.filePath(), QString()});
-        else if (!info.isReadable() || !info.isExecutable())
+    QStringList directories{directory};
+    while (!directories.isEmpty()) {
+        const QFileInfo info(directories.takeLast());
+        if (!info.isReadable() || !info.isExecutable()) {
             result.append({info.filePath(), QStringLiteral("this directory cannot be read")});
-    };
-    note(QFileInfo(directory));
-    while (each.hasNext()) {
-        each.next();
-        note(each.fileInfo());
+            continue;
+        }
+        const QFileInfoList entries =
+            QDir(info.filePath())
+                .entryInfoList({QStringLiteral("*.svg")}, QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot);
+        for (const QFileInfo& each : entries) {
+            if (!each.isDir())
+                result.append({each.filePath(), QString()});
+            else if (!each.isSymLink())
+                directories.append(each.filePath());
+        }
     }
     if (result.isEmpty())
         return {{directory, QStringLiteral("there is no SVG file in this directory")}};
