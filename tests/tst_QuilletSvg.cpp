@@ -702,6 +702,82 @@ private Q_SLOTS:
         QCOMPARE(original.status, int(Clean));
     }
 
+    void compareTellsWhereQtDepartsFromSvg()
+    {
+        // Qt's renderer does not clip the inner document.
+        write("clipped.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20'>"
+              "<svg width='20' height='20'><rect width='40' height='20' fill='red'/></svg></svg>");
+        write("right.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20'>"
+              "<path d='M0 0h20v20h-20z' fill='red'/></svg>");
+        write("wrong.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20'>"
+              "<path d='M0 0h10v20h-10z' fill='red'/></svg>");
+        const auto compare = [](const char* original, const char* file) {
+            return runProgram({QStringLiteral("compare"),
+                               QStringLiteral("--original"),
+                               QString::fromLatin1(original),
+                               QString::fromLatin1(file),
+                               QStringLiteral("out.png")});
+        };
+        const Run right = compare("clipped.svg", "right.svg");
+        QCOMPARE(right.out,
+                 QStringLiteral(
+                     "right.svg: drawn as SVG says; 50.00 % of the pixels differ by more than 32 of 255, "
+                     "the worst by 255; Qt's renderer departs from SVG in this file: from what SVG says, "
+                     "0.00 % differ\n"));
+        QCOMPARE(right.status, int(Clean));
+
+        const Run wrong = compare("clipped.svg", "wrong.svg");
+        QVERIFY2(wrong.out.startsWith(QStringLiteral("wrong.svg: drawn otherwise; 75.00 % "))
+                     && wrong.out.endsWith(QStringLiteral("from what SVG says, 25.00 % differ\n")),
+                 qPrintable(wrong.out));
+        QCOMPARE(wrong.status, int(Lossy));
+
+        const Run asQt = compare("clipped.svg", "clean.svg");
+        QVERIFY2(asQt.out.startsWith(QStringLiteral("clean.svg: drawn alike; 0.00 % "))
+                     && asQt.out.endsWith(QStringLiteral("from what SVG says, 50.00 % differ\n")),
+                 qPrintable(asQt.out));
+        QCOMPARE(asQt.status, int(Clean));
+    }
+
+    void layersInLayersTakeNoMemoryWithoutLimit()
+    {
+        const QByteArray groups = QByteArray("<g opacity='.999'>").repeated(1500);
+        write("layers.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'>"
+              "<svg width='20' height='20'><rect width='40' height='40' fill='red'/></svg>"
+                  + groups + "<path d='M0 0h1'/>" + QByteArray("</g>").repeated(1500) + "</svg>");
+        const Run run = runProgram({QStringLiteral("compare"),
+                                    QStringLiteral("--size"),
+                                    QStringLiteral("1024"),
+                                    QStringLiteral("layers.svg"),
+                                    QStringLiteral("out.png")});
+        QVERIFY2(run.out.startsWith(QStringLiteral("layers.svg: drawn otherwise; ")), qPrintable(run.out));
+        QVERIFY2(!run.out.contains(QStringLiteral("departs")), qPrintable(run.out)); // nobody has looked
+    }
+
+    void whatCannotBeDrawnIsNoDepartureOfQt()
+    {
+        // The text is left out of what SVG says here, so that is not the whole of it.
+        write("text.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20'>"
+              "<svg width='20' height='20'><rect width='40' height='20' "
+              "fill='red'/></svg><text>t</text></svg>");
+        write("right.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20'>"
+              "<path d='M0 0h20v20h-20z' fill='red'/></svg>");
+        const Run run = runProgram({QStringLiteral("compare"),
+                                    QStringLiteral("--original"),
+                                    QStringLiteral("text.svg"),
+                                    QStringLiteral("right.svg"),
+                                    QStringLiteral("out.png")});
+        QVERIFY2(run.out.startsWith(QStringLiteral("right.svg: drawn otherwise; ")), qPrintable(run.out));
+        QVERIFY(!run.out.contains(QStringLiteral("departs")));
+        QCOMPARE(run.status, int(Lossy));
+    }
+
 private:
     QString path(const char* name) const
     {

@@ -7,9 +7,12 @@
 #include <QtGui/QPainter>
 #include <QtSvg/QSvgRenderer>
 
-#include <cmath>
+#include <algorithm>
 
 namespace {
+
+constexpr qint64 most_pixels_at_once = qint64(1) << 28;
+constexpr qint64 most_pixels_in_all = qint64(1) << 31;
 
 struct Layer
 {
@@ -50,6 +53,25 @@ void close(QVector<Layer>& layers, const QTransform& scaling)
     painter.drawImage(0, 0, layer.picture);
 }
 
+/// Whether pictures of \a pixels can be had for all layers.
+bool isBearable(const QVector<Painted>& all, qint64 pixels)
+{
+    qint64 layers = 1;
+    qint64 depth = 1;
+    qint64 deepest = 1;
+    for (const Painted& each : all) {
+        if (!each.isMark)
+            continue;
+        if (each.mark.kind == Mark::End) {
+            --depth;
+        } else {
+            ++layers;
+            deepest = std::max(deepest, ++depth);
+        }
+    }
+    return layers * pixels <= most_pixels_in_all && deepest * pixels <= most_pixels_at_once;
+}
+
 } // namespace
 
 QImage drawPrepared(const QString& prepared, const Frame& frame, int size)
@@ -65,6 +87,8 @@ QImage drawPrepared(const QString& prepared, const Frame& frame, int size)
     double scale = 1;
     QImage empty = emptyPicture(frame.size, size, scale);
     const QTransform scaling = QTransform::fromScale(scale, scale);
+    if (!isBearable(recorder.painted(), qint64(empty.width()) * empty.height()))
+        return {};
     QVector<Layer> layers{{empty, Mark(), QTransform()}};
     for (const Painted& each : recorder.painted()) {
         if (!each.isMark)
