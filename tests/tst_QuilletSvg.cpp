@@ -676,6 +676,64 @@ private Q_SLOTS:
         QCOMPARE(qAlpha(nothing.pixel(128, 64)), 0);
     }
 
+    void picturesHaveTheNearestNumberOfPixels_data()
+    {
+        QTest::addColumn<QByteArray>("size");
+        QTest::addColumn<QString>("length");
+        QTest::addColumn<QSize>("picture");
+        const auto row = [](const char* name, const char* size, const char* length, const QSize& picture) {
+            QTest::newRow(name) << QByteArray(size) << QString::fromLatin1(length) << picture;
+        };
+        row("up", "width='100mm' height='50mm'", "377", {377, 189}); // 188.5 and more
+        row("wholly up", "width='256' height='188.976'", "256", {256, 189});
+        row("down", "width='256' height='188.4'", "256", {256, 188});
+        row("upright", "width='188.976' height='256'", "256", {189, 256});
+        row("at least one", "width='256' height='.1'", "256", {256, 1});
+        row("not more than asked for", "width='256' height='255.9'", "256", {256, 256});
+    }
+
+    void picturesHaveTheNearestNumberOfPixels()
+    {
+        QFETCH(QByteArray, size);
+        QFETCH(QString, length);
+        QFETCH(QSize, picture);
+        write("drawing.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' " + size
+                  + "><path d='M0 0h999v999h-999z' fill='red'/></svg>");
+        const auto draw = [&](const char* command) {
+            return runProgram({QString::fromLatin1(command),
+                               QStringLiteral("--size"),
+                               length,
+                               QStringLiteral("drawing.svg"),
+                               QStringLiteral("out.png")})
+                .status;
+        };
+        QCOMPARE(draw("render"), int(Clean));
+        QCOMPARE(QImage(path("out.png")).size(), picture);
+        QCOMPARE(draw("compare"), int(Clean));
+        QCOMPARE(QImage(path("out.png")).size(), QSize(3 * picture.width() + 16, picture.height()));
+    }
+
+    void theFrameEndsWherePixelsDo()
+    {
+        // The last line of pixels would be drawn by half, where what is converted ends at the frame.
+        write("drawing.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' width='128' height='99.5'>"
+              "<rect width='200' height='200' fill='red'/></svg>");
+        QCOMPARE(
+            runProgram({QStringLiteral("convert"), QStringLiteral("drawing.svg"), QStringLiteral("out.svg")})
+                .status,
+            int(Clean));
+        const Run run = runProgram({QStringLiteral("compare"),
+                                    QStringLiteral("--size"),
+                                    QStringLiteral("128"),
+                                    QStringLiteral("--original"),
+                                    QStringLiteral("drawing.svg"),
+                                    QStringLiteral("out.svg"),
+                                    QStringLiteral("out.png")});
+        QVERIFY2(run.out.startsWith(QStringLiteral("out.svg: drawn alike; 0.00 %")), qPrintable(run.out));
+    }
+
     void compareTellsHowMuchDiffers()
     {
         const Run same =

@@ -8,13 +8,19 @@
 #include <algorithm>
 #include <cmath>
 
-QImage emptyPicture(const QSizeF& drawing, int size, double& scale)
+QImage emptyPicture(const QSizeF& drawing, int size, QTransform& scaling)
 {
     const double longer = std::max(drawing.width(), drawing.height());
-    scale = longer > 0 && std::isfinite(longer) ? size / longer : 1;
-    const auto whole = [&](double length) { return int(qBound(1.0, length * scale + 1e-6, double(size))); };
+    const double scale = longer > 0 && std::isfinite(longer) ? size / longer : 1;
+    const auto whole = [&](double length) { return qRound(qBound(1.0, length * scale, double(size))); };
     QImage picture(whole(drawing.width()), whole(drawing.height()), QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
+    // The frame ends where pixels do, so that what is clipped to it has the same edge as what is not.
+    const auto fitted = [&](double length, int pixels) {
+        return std::abs(length * scale - pixels) <= 0.5 ? pixels / length : scale;
+    };
+    scaling = QTransform::fromScale(fitted(drawing.width(), picture.width()),
+                                    fitted(drawing.height(), picture.height()));
     return picture;
 }
 
@@ -25,23 +31,23 @@ void paintWithQt(QPainter& painter, QSvgRenderer& renderer, const Frame& frame)
 
 QImage drawWithQt(QSvgRenderer& renderer, const Frame& frame, int size)
 {
-    double scale = 1;
-    QImage picture = emptyPicture(frame.size, size, scale);
+    QTransform scaling;
+    QImage picture = emptyPicture(frame.size, size, scaling);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(scale, scale);
+    painter.setTransform(scaling);
     paintWithQt(painter, renderer, frame);
     return picture;
 }
 
 QImage drawWithLibrary(const Quillet::PainterPathContainer& picture, const QRectF& area, int size)
 {
-    double scale = 1;
-    QImage image = emptyPicture(area.size(), size, scale);
+    QTransform scaling;
+    QImage image = emptyPicture(area.size(), size, scaling);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     // By the painter and not by the shapes' transform, which would leave the widths of strokes as they are.
-    painter.scale(scale, scale);
+    painter.setTransform(scaling);
     painter.translate(-area.topLeft());
     picture.draw(painter);
     return image;

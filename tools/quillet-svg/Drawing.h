@@ -5,6 +5,7 @@
 #include <Quillet/PainterPathContainer.h>
 
 #include <QtGui/QImage>
+#include <QtGui/QTransform>
 
 QT_BEGIN_NAMESPACE
 class QPainter;
@@ -14,9 +15,9 @@ QT_END_NAMESPACE
 /// Paints what Qt's renderer makes of a document, in the coordinates of its frame.
 void paintWithQt(QPainter& painter, QSvgRenderer& renderer, const Frame& frame);
 
-/// A picture of nothing whose longer side is as long as \a size, without pixels that lie only partly in the
-/// drawing; \a scale becomes the factor from the drawing to it.
-QImage emptyPicture(const QSizeF& drawing, int size, double& scale);
+/// A picture of nothing whose longer side is as long as \a size, and the other the nearest number of pixels;
+/// \a scaling becomes what leads from the drawing to it.
+QImage emptyPicture(const QSizeF& drawing, int size, QTransform& scaling);
 
 /// What Qt's renderer draws, its longer side as long as \a size, on nothing.
 QImage drawWithQt(QSvgRenderer& renderer, const Frame& frame, int size);

@@ -84,9 +84,8 @@ QImage drawPrepared(const QString& prepared, const Frame& frame, int size)
         QPainter painter(&recorder);
         paintWithQt(painter, renderer, frame);
     }
-    double scale = 1;
-    QImage empty = emptyPicture(frame.size, size, scale);
-    const QTransform scaling = QTransform::fromScale(scale, scale);
+    QTransform scaling;
+    const QImage empty = emptyPicture(frame.size, size, scaling);
     if (!isBearable(recorder.painted(), qint64(empty.width()) * empty.height()))
         return {};
     QVector<Layer> layers{{empty, Mark(), QTransform()}};
