@@ -35,7 +35,8 @@ public:
     {
         for (int i = 0; i < m_elements.size(); ++i) {
             const XmlElement& each = m_elements[i];
-            const QString stroke = statedIn(each, QStringLiteral("stroke"));
+            m_stated.append(statedIn(each));
+            const QString& stroke = m_stated.last().stroke;
             const bool strokes = !stroke.isEmpty() && stroke != QLatin1String("none");
             m_before[i + 1].strokes = m_before[i].strokes + (strokes ? 1 : 0);
             m_before[i + 1].paths =
@@ -64,6 +65,11 @@ public:
 private:
     int indexOf(const XmlElement& element) const { return int(&element - m_elements.constData()); }
 
+    Presentation inherited(const Presentation& around, const XmlElement& element) const
+    {
+        return inherit(around, element, m_stated[indexOf(element)]);
+    }
+
     bool hasPaths(const XmlElement& element) const
     {
         return m_before[element.end].paths > m_before[indexOf(element)].paths;
@@ -72,7 +78,7 @@ private:
     /// Whether the element, or something in it, may be stroked.
     bool isStroked(const XmlElement& element, const Presentation& around) const
     {
-        return inherit(around, element).strokes
+        return inherited(around, element).strokes
                || m_before[element.end].strokes > m_before[indexOf(element) + 1].strokes;
     }
 
@@ -211,12 +217,8 @@ private:
         const auto enter = [&](int i, const Presentation& around) {
             const bool isOther = checkNamespace(i, !groups.isEmpty() && groups.last().isForeign);
             checkGroup(m_elements[i], around);
-            groups.append({i,
-                           i + 1,
-                           m_elements[i].end,
-                           inherit(around, m_elements[i]),
-                           m_layered.size(),
-                           isOther});
+            groups.append(
+                {i, i + 1, m_elements[i].end, inherited(around, m_elements[i]), m_layered.size(), isOther});
         };
         enter(0, Presentation());
         while (!groups.isEmpty()) {
@@ -332,10 +334,10 @@ private:
         }
         checkAttributes(path, around);
         for (int child = i + 1; child < path.end; child = m_elements[child].end)
-            checkIgnored(m_elements[child], inherit(around, path));
+            checkIgnored(m_elements[child], inherited(around, path));
         if (m_shape < m_picture.getPaths().size()) {
             const Quillet::PainterPath& shape = *m_picture.getPaths()[m_shape];
-            const Presentation presentation = inherit(around, path);
+            const Presentation presentation = inherited(around, path);
             m_findings += checkPresentation(path, presentation, shape);
             checkLimit(path, shape.getPen());
             m_layered.append({&shape,
@@ -417,28 +419,29 @@ private:
     }
 
     /// A declaration of a style attribute.
-    struct Stated
+    struct PlacedDeclaration
     {
         Declaration declaration;
         Position position;
     };
 
-    static QVector<Stated> readDeclarations(const XmlAttribute& style)
+    static QVector<PlacedDeclaration> readDeclarations(const XmlAttribute& style)
     {
-        QVector<Stated> result;
-        if (style.value.contains(QLatin1String("/*"))) {
-            for (const Declaration& each : readStyle(style.value))
-                result.append({each, style.namePosition});
-            return result;
-        }
+        QVector<PlacedDeclaration> result;
+        const bool isPlain = !style.value.contains(QLatin1String("/*"));
+        for (const Declaration& each : readStyle(style.value))
+            result.append({each, style.namePosition});
         PlacesInValue places(style);
         int begin = 0;
-        const QStringList parts = style.value.split(QLatin1Char(';'));
-        for (const QString& part : parts) {
+        auto next = result.begin();
+        const QVector<QStringRef> parts = style.value.splitRef(QLatin1Char(';'));
+        for (const QStringRef& part : parts) {
             const auto isSpace = [](QChar each) { return each.isSpace(); };
             const auto word = std::find_if_not(part.begin(), part.end(), isSpace);
-            for (const Declaration& each : readStyle(part))
-                result.append({each, places.at(begin + int(word - part.begin()))});
+            const int colon = part.indexOf(QLatin1Char(':'));
+            const int at = int(word - part.begin());
+            if (isPlain && at < colon && next != result.end())
+                (next++)->position = places.at(begin + at);
             begin += part.size() + 1;
         }
         return result;
@@ -450,7 +453,7 @@ private:
         const Ignored ignored = ignoredProperty(QStringLiteral("style"), style.value);
         QStringList plain;
         bool isHarmless = true;
-        for (const Stated& each : readDeclarations(style)) {
+        for (const PlacedDeclaration& each : readDeclarations(style)) {
             const QString& property = each.declaration.property;
             const Ignored byItself = ignoredInStyle(property, each.declaration.value);
             if (weighed(byItself, property, element, around) != Finding::Lost)
@@ -496,7 +499,7 @@ private:
             message += QStringLiteral(", with everything in it");
         }
         const bool isSheet = local == QLatin1String("style"); // which acts wherever it stands
-        if (!isSheet && (isEmptyText(element) || !inherit(around, element).isDisplayed)) {
+        if (!isSheet && (isEmptyText(element) || !inherited(around, element).isDisplayed)) {
             ignored.weight = Finding::Note;
             ignored.advice = QStringLiteral("nothing needs to be done");
         }
@@ -541,6 +544,7 @@ private:
     const QVector<EntityReference>& m_entities;
     const References m_references;
     const Quillet::PainterPathContainer& m_picture;
+    QVector<Stated> m_stated;
     QVector<Count> m_before; ///< in front of each element, and of the end
     QVector<Finding> m_findings;
     std::size_t m_shape = 0;

@@ -23,9 +23,8 @@ void readNumber(const XmlElement& element, const char* name, double& number)
         number = qBound(0.0, value, 1.0);
 }
 
-void readPaint(const XmlElement& element, const QString& property, bool& isPainted)
+void readPaint(const QString& paint, bool& isPainted)
 {
-    const QString paint = statedIn(element, property);
     if (!paint.isEmpty() && paint != QLatin1String("inherit"))
         isPainted = paint != QLatin1String("none");
 }
@@ -63,17 +62,24 @@ QString percent(double share)
 
 } // namespace
 
-QString statedIn(const XmlElement& element, const QString& property)
+Stated statedIn(const XmlElement& element)
 {
-    if (const XmlAttribute* style = element.find(QStringLiteral("style"))) {
-        const QVector<Declaration> declarations = readStyle(style->value);
-        if (const Declaration* found = find(declarations, property))
-            return found->value;
+    Stated stated{element.attribute(QStringLiteral("fill")).trimmed(),
+                  element.attribute(QStringLiteral("stroke")).trimmed(),
+                  element.attribute(QStringLiteral("display")).trimmed()};
+    const QVector<Declaration> style = readStyle(element.attribute(QStringLiteral("style")));
+    for (const Declaration& each : style) {
+        if (each.property == QLatin1String("fill"))
+            stated.fill = each.value;
+        else if (each.property == QLatin1String("stroke"))
+            stated.stroke = each.value;
+        else if (each.property == QLatin1String("display"))
+            stated.display = each.value;
     }
-    return element.attribute(property).trimmed();
+    return stated;
 }
 
-Presentation inherit(const Presentation& around, const XmlElement& element)
+Presentation inherit(const Presentation& around, const XmlElement& element, const Stated& stated)
 {
     Presentation result = around;
     double own = 1;
@@ -92,9 +98,9 @@ Presentation inherit(const Presentation& around, const XmlElement& element)
         if (!value.isEmpty())
             *paint = value;
     }
-    readPaint(element, QStringLiteral("fill"), result.fills);
-    readPaint(element, QStringLiteral("stroke"), result.strokes);
-    if (statedIn(element, QStringLiteral("display")) == QLatin1String("none"))
+    readPaint(stated.fill, result.fills);
+    readPaint(stated.stroke, result.strokes);
+    if (stated.display == QLatin1String("none"))
         result.isDisplayed = false; // whatever is in it says
     return result;
 }

@@ -21,11 +21,18 @@ struct Presentation
     bool isDisplayed = true;
 };
 
-/// What \a element says of \a property, in its style or in an attribute; empty if nothing.
-QString statedIn(const XmlElement& element, const QString& property);
+/// What an element says in its style or in attributes; empty if nothing.
+struct Stated
+{
+    QString fill;
+    QString stroke;
+    QString display;
+};
 
-/// The presentation of \a element, which stands in one that has \a around.
-Presentation inherit(const Presentation& around, const XmlElement& element);
+Stated statedIn(const XmlElement& element);
+
+/// The presentation of \a element, which says \a stated, and stands in one that has \a around.
+Presentation inherit(const Presentation& around, const XmlElement& element, const Stated& stated);
 
 /// What is wrong with the colour in \a attribute, a fill or a stroke of an element that stands in one that
 /// has \a around.
