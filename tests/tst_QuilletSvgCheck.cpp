@@ -407,7 +407,8 @@ private Q_SLOTS:
     {
         const auto say = [](const char* inside) {
             QStringList result;
-            for (const Finding& each : checkSvg(document(inside)).findings) {
+            const Check check = checkSvg(document(inside));
+            for (const Finding& each : check.findings) {
                 if (each.weight != Finding::Note)
                     result.append(QStringLiteral("%1 %2; %3")
                                       .arg(QString::number(each.position.column), each.message, each.advice));

@@ -429,7 +429,8 @@ private:
     {
         QVector<PlacedDeclaration> result;
         const bool isPlain = !style.value.contains(QLatin1String("/*"));
-        for (const Declaration& each : readStyle(style.value))
+        const QVector<Declaration> declarations = readStyle(style.value);
+        for (const Declaration& each : declarations)
             result.append({each, style.namePosition});
         PlacesInValue places(style);
         int begin = 0;
@@ -453,7 +454,8 @@ private:
         const Ignored ignored = ignoredProperty(QStringLiteral("style"), style.value);
         QStringList plain;
         bool isHarmless = true;
-        for (const PlacedDeclaration& each : readDeclarations(style)) {
+        const QVector<PlacedDeclaration> declarations = readDeclarations(style);
+        for (const PlacedDeclaration& each : declarations) {
             const QString& property = each.declaration.property;
             const Ignored byItself = ignoredInStyle(property, each.declaration.value);
             if (weighed(byItself, property, element, around) != Finding::Lost)

@@ -192,7 +192,8 @@ XmlTree::XmlTree(const QString& text)
                    && reader.processingInstructionTarget() == QLatin1String("xml-stylesheet")) {
             m_styleSheetLinks.append(positions.at(text.lastIndexOf(QLatin1String("<?"), offset - 1)));
         } else if (token == QXmlStreamReader::DTD) {
-            for (const QXmlStreamEntityDeclaration& each : reader.entityDeclarations()) {
+            const QXmlStreamEntityDeclarations declarations = reader.entityDeclarations();
+            for (const QXmlStreamEntityDeclaration& each : declarations) {
                 if (!each.systemId().isEmpty())
                     external.insert(each.name().toString());
             }
