@@ -804,6 +804,25 @@ private Q_SLOTS:
         QCOMPARE(conversion.errorPosition.column, place.column);
     }
 
+    void followsBlocksOfStyleSheetsToALimit()
+    {
+        const auto nested = [](int depth) {
+            return document((QStringLiteral("<style>") + QStringLiteral("@media{").repeated(depth)
+                             + QStringLiteral("rect{fill:red}") + QStringLiteral("}").repeated(depth)
+                             + QStringLiteral("</style><rect width='50' height='50'/>"))
+                                .toLatin1()
+                                .constData());
+        };
+        const Conversion followed = convertSvg(nested(20));
+        QCOMPARE(lostRules(followed), QStringList());
+        QVERIFY(followed.text.contains(QLatin1String("#ff0000")));
+        for (const int depth : {21, 100000}) {
+            const Conversion cut = convertSvg(nested(depth));
+            QCOMPARE(lostRules(cut), QStringList{QStringLiteral("style-sheet")});
+            QVERIFY(!cut.text.contains(QLatin1String("#ff0000")));
+        }
+    }
+
     void saysThatAStyleSheetInAnotherFileIsNotRead()
     {
         const Conversion conversion =

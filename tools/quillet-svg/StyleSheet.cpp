@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr int deepest_block = 20; ///< "@media" in each other
+
 /// Whether a selector waits for somebody to do something, or for a part that no drawing has.
 bool isForNoDrawing(const QString& selector)
 {
@@ -31,18 +33,17 @@ bool isRelated(const QString& actual, const QString& relation, const QString& va
            || (relation == QLatin1String("*=") && actual.contains(value));
 }
 
-/// The position behind the brace that closes the one at \a open; behind one that the text lacks if there is
-/// none (CSS 2, 4.2).
-int behindBlock(const QString& text, int open)
+/// The position of the brace that closes the one at \a open; \a end if there is none (CSS 2, 4.2).
+int endOfBlock(const QString& text, int open, int end)
 {
     int depth = 0;
-    for (int i = open; i < text.size(); ++i) {
+    for (int i = open; i < end; ++i) {
         if (text[i] == QLatin1Char('{'))
             ++depth;
         else if (text[i] == QLatin1Char('}') && --depth == 0)
-            return i + 1;
+            return i;
     }
-    return text.size() + 1;
+    return end;
 }
 
 } // namespace
@@ -143,29 +144,29 @@ QStringList StyleSheet::add(const QString& text)
                                              QRegularExpression::DotMatchesEverythingOption);
     const QString sheet = QString(text).remove(comments);
     QStringList unread;
-    int position = 0;
-    while (position < sheet.size()) {
-        const int brace = sheet.indexOf(QLatin1Char('{'), position);
-        const int semicolon = sheet.indexOf(QLatin1Char(';'), position);
-        if (semicolon >= 0 && (brace < 0 || semicolon < brace)) {
-            const QString statement = sheet.mid(position, semicolon - position).simplified();
-            if (statement.startsWith(QLatin1String("@import")))
-                unread.append(QStringLiteral("@import"));
-            position = semicolon + 1;
-            continue;
-        }
-        if (brace < 0)
-            break;
-        const int end = behindBlock(sheet, brace);
-        addBlock(sheet.mid(position, brace - position).simplified(),
-                 sheet.mid(brace + 1, end - brace - 2),
-                 unread);
-        position = end;
-    }
+    addRules(sheet, {0, sheet.size(), 0}, unread);
     std::stable_sort(m_rules.begin(), m_rules.end(), [](const Rule& one, const Rule& other) {
         return one.selector.specificity() < other.selector.specificity();
     });
     return unread;
+}
+
+void StyleSheet::addRules(const QString& sheet, const Stretch& stretch, QStringList& unread)
+{
+    int begin = stretch.begin;
+    for (int i = begin; i < stretch.end; ++i) {
+        if (sheet[i] == QLatin1Char(';')) {
+            if (sheet.midRef(begin, i - begin).trimmed().startsWith(QLatin1String("@import")))
+                unread.append(QStringLiteral("@import"));
+            begin = i + 1;
+        } else if (sheet[i] == QLatin1Char('{')) {
+            const int end = endOfBlock(sheet, i, stretch.end);
+            addBlock(
+                sheet, sheet.mid(begin, i - begin).simplified(), {i + 1, end, stretch.depth + 1}, unread);
+            begin = end + 1;
+            i = end;
+        }
+    }
 }
 
 QVector<Declaration> StyleSheet::declarations(const QVector<XmlElement>& elements, int i) const
@@ -178,19 +179,22 @@ QVector<Declaration> StyleSheet::declarations(const QVector<XmlElement>& element
     return result;
 }
 
-void StyleSheet::addBlock(const QString& prelude, const QString& body, QStringList& unread)
+void StyleSheet::addBlock(const QString& sheet,
+                          const QString& prelude,
+                          const Stretch& body,
+                          QStringList& unread)
 {
     static const QRegularExpression screen(
         QStringLiteral("^@media( (only )?screen| all)?(, (screen|all))?$"));
     if (prelude.startsWith(QLatin1Char('@'))) {
         const QString name = prelude.section(QRegularExpression(QStringLiteral("[^@\\w-]")), 0, 0);
-        if (screen.match(prelude).hasMatch())
-            unread += add(body);
+        if (screen.match(prelude).hasMatch() && body.depth <= deepest_block)
+            addRules(sheet, body, unread);
         else if (!isOneOf(name, {"@font-face", "@page"})) // nothing that is drawn depends on these
             unread.append(name);
         return;
     }
-    const QVector<Declaration> declarations = readStyle(body);
+    const QVector<Declaration> declarations = readStyle(sheet.mid(body.begin, body.end - body.begin));
     const QStringList selectors = prelude.split(QLatin1Char(','));
     for (const QString& each : selectors) {
         const Selector selector(each.trimmed());

@@ -69,7 +69,16 @@ private:
         QVector<Declaration> declarations;
     };
 
-    void addBlock(const QString& prelude, const QString& body, QStringList& unread);
+    /// A stretch of a sheet.
+    struct Stretch
+    {
+        int begin;
+        int end;
+        int depth; ///< blocks around it
+    };
+
+    void addRules(const QString& sheet, const Stretch& stretch, QStringList& unread);
+    void addBlock(const QString& sheet, const QString& prelude, const Stretch& body, QStringList& unread);
 
     QVector<Rule> m_rules; ///< the strongest last
 };
