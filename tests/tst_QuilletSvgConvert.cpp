@@ -823,6 +823,29 @@ private Q_SLOTS:
         }
     }
 
+    void followsSelectorsToALimit()
+    {
+        const auto selecting = [](const QString& selector) {
+            return document(QStringLiteral("<style>%1{fill:red}</style><g><rect width='50' height='50'/></g>")
+                                .arg(selector)
+                                .toLatin1()
+                                .constData());
+        };
+        const Conversion followed =
+            convertSvg(selecting(QStringLiteral("rect") + QStringLiteral("[width]").repeated(70)));
+        QCOMPARE(lostRules(followed), QStringList());
+        QVERIFY(followed.text.contains(QLatin1String("#ff0000")));
+        for (const int parts : {100, 20000}) {
+            for (const char* const combinator : {">", "+", " "}) {
+                const QString selector =
+                    (QStringLiteral("rect") + QLatin1String(combinator)).repeated(parts) + QLatin1String("g");
+                const Conversion cut = convertSvg(selecting(selector));
+                QCOMPARE(lostRules(cut), QStringList{QStringLiteral("selector")});
+                QVERIFY(cut.losses.first().message.size() < 100);
+            }
+        }
+    }
+
     void saysThatAStyleSheetInAnotherFileIsNotRead()
     {
         const Conversion conversion =

@@ -9,6 +9,7 @@
 namespace {
 
 constexpr int deepest_block = 20; ///< "@media" in each other
+constexpr int longest_selector = 500;
 
 /// Whether a selector waits for somebody to do something, or for a part that no drawing has.
 bool isForNoDrawing(const QString& selector)
@@ -16,6 +17,12 @@ bool isForNoDrawing(const QString& selector)
     static const QRegularExpression never(QStringLiteral(
         ":(hover|active|focus|focus-within|focus-visible|visited|target|:?before|:?after|:selection)\\b"));
     return never.match(selector).hasMatch();
+}
+
+/// \a selector as findings quote it.
+QString named(const QString& selector)
+{
+    return selector.size() > longest_selector ? selector.left(40) + QStringLiteral("…") : selector;
 }
 
 bool isRelated(const QString& actual, const QString& relation, const QString& value)
@@ -50,6 +57,8 @@ int endOfBlock(const QString& text, int open, int end)
 
 Selector::Selector(const QString& text)
 {
+    if (text.size() > longest_selector)
+        return;
     int position = 0;
     while (position < text.size()) {
         Part part;
@@ -201,6 +210,6 @@ void StyleSheet::addBlock(const QString& sheet,
         if (selector.isKnown())
             m_rules.append({selector, declarations});
         else if (!each.trimmed().isEmpty() && !isForNoDrawing(each))
-            unread.append(each.trimmed());
+            unread.append(named(each.trimmed()));
     }
 }

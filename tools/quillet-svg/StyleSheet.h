@@ -11,7 +11,7 @@
 class Selector
 {
 public:
-    /// Reads \a text. isKnown() tells whether that went well.
+    /// Reads \a text, if it is not too long. isKnown() tells whether that went well.
     explicit Selector(const QString& text);
 
     bool isKnown() const { return !m_parts.isEmpty(); }
