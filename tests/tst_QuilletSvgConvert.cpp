@@ -665,6 +665,8 @@ private Q_SLOTS:
         row("style-sheet", "<link xmlns='http://www.w3.org/1999/xhtml' rel='stylesheet' href='a.css'/>");
         row("selector", "<style>rect:nth-child(2){fill:red}</style>");
         row("selector", "<style>g ~ rect{fill:red}</style>");
+        row("selector", "<style>.a:not(:hover){fill:red}</style>");
+        row("selector", "<style>.a:not(:is(.b):hover){fill:red}</style>");
         row("mask", "<style>g rect{mask:url(#a)}</style><g><rect width='9' height='9'/></g>");
     }
 
@@ -704,6 +706,7 @@ private Q_SLOTS:
               "<g style='width:9px'/>",
               "<g x='3em' font-size='2em' letter-spacing='calc(1em)'/>",
               "<style>@font-face{font-family:a}@charset 'a';</style>",
+              "<style>.a:hover:not(.b){fill:red}.a:not(.b):hover{fill:red}</style>",
               "<title/><desc/><metadata/><view/><cursor/>",
               "<x:g xmlns:x='urn:x' filter='url(#a)'/>"})
             QTest::newRow(inside) << QString::fromLatin1(inside);

@@ -11,12 +11,28 @@ namespace {
 constexpr int deepest_block = 20; ///< "@media" in each other
 constexpr int longest_selector = 500;
 
+/// \a selector without what stands in parentheses, which may be what is excluded.
+QString withoutArguments(const QString& selector)
+{
+    QString result;
+    int depth = 0;
+    for (const QChar each : selector) {
+        if (each == QLatin1Char('('))
+            ++depth;
+        else if (each == QLatin1Char(')'))
+            depth = std::max(depth - 1, 0);
+        else if (depth == 0)
+            result += each;
+    }
+    return result;
+}
+
 /// Whether a selector waits for somebody to do something, or for a part that no drawing has.
 bool isForNoDrawing(const QString& selector)
 {
     static const QRegularExpression never(QStringLiteral(
         ":(hover|active|focus|focus-within|focus-visible|visited|target|:?before|:?after|:selection)\\b"));
-    return never.match(selector).hasMatch();
+    return never.match(withoutArguments(selector)).hasMatch();
 }
 
 /// \a selector as findings quote it.
