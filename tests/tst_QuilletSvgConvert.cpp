@@ -167,6 +167,18 @@ private Q_SLOTS:
         row("stronger rule",
             "<style>.a{fill:red}rect{fill:blue}</style><rect class='a' width='50' height='50'/>",
             red);
+        row("rules for all, elements, classes and identifiers, in any order",
+            "<style>#i{fill:red}.a.b{stroke:none}.a{fill:blue}rect{fill:lime}*{fill:blue;stroke:lime}"
+            "[width].b{opacity:1}</style><rect id='i' class=' a\tb a ' opacity='.5' width='50' height='50'/>",
+            red);
+        row("later rules of the same strength",
+            "<style>.b{fill:blue}.a{fill:lime}.b{fill:red}</style><style>rect{fill:blue}</style>"
+            "<rect class='a b' width='50' height='50'/>",
+            red);
+        row("class around a class",
+            "<style>.a .b{fill:red}.c .b{fill:blue}</style><g class='x a'><rect class='b' width='50' "
+            "height='50'/></g>",
+            red);
         row("style sheet for the root", "<style>svg{fill:red}</style><rect width='50' height='50'/>", red);
         row("#rrggbbaa", "<rect fill='#ff000080' width='50' height='50'/>", half);
         row("#rgba",
@@ -847,6 +859,23 @@ private Q_SLOTS:
                 QVERIFY(cut.losses.first().message.size() < 100);
             }
         }
+    }
+
+    // Comparing each rule with each class of each element would take minutes.
+    void manyRulesForManyClassesComeToAnEnd()
+    {
+        QString rules;
+        QString classes;
+        for (int i = 0; i < 10000; ++i)
+            rules += QStringLiteral(".a%1{fill:red}").arg(i);
+        for (int i = 0; i < 100000; ++i)
+            classes += QStringLiteral("a%1 ").arg(99999 - i);
+        const QString text = QStringLiteral("<style>%1</style><g class='%2'><rect class='%2' width='9' "
+                                            "height='9'/></g>")
+                                 .arg(rules, classes);
+        const Conversion conversion = convertSvg(document(text.toLatin1().constData()));
+        QCOMPARE(lostRules(conversion), QStringList());
+        QVERIFY(conversion.text.contains(QLatin1String("#ff0000")));
     }
 
     void saysThatAStyleSheetInAnotherFileIsNotRead()

@@ -76,6 +76,7 @@ Cascade::Cascade(const XmlTree& tree) : m_elements(tree.elements())
                 QStringLiteral("the style sheet in another file is not read"),
                 QStringLiteral("put it into the file, as <style>"));
     }
+    m_styleSheet.readClasses(m_elements);
 }
 
 QVector<Declaration> Cascade::propertiesOf(int i, const QVector<Declaration>& around) const
@@ -110,10 +111,13 @@ QVector<Declaration> Cascade::geometryOf(int i) const
 /// What style sheets and the style of \a i say, the strongest last.
 QVector<Declaration> Cascade::stylesOf(int i) const
 {
+    if (const QVector<Declaration>* const known = m_styles.object(i))
+        return *known;
     QVector<Declaration> styles = m_styleSheet.declarations(m_elements, i)
                                   + readStyle(m_elements[i].attribute(QStringLiteral("style")));
     std::stable_partition(
         styles.begin(), styles.end(), [](const Declaration& each) { return !each.isImportant; });
+    m_styles.insert(i, new QVector<Declaration>(styles), styles.size() + 1);
     return styles;
 }
 

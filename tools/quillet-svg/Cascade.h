@@ -4,6 +4,7 @@
 #include "Style.h"
 #include "StyleSheet.h"
 
+#include <QtCore/QCache>
 #include <QtCore/QVector>
 
 /// What attributes, style sheets and styles say about the elements of a document (SVG 1.1, 6).
@@ -29,5 +30,6 @@ private:
 
     const QVector<XmlElement>& m_elements;
     StyleSheet m_styleSheet;
+    mutable QCache<int, QVector<Declaration>> m_styles{1000000}; ///< by elements; counted are declarations
     QVector<Finding> m_findings;
 };

@@ -113,7 +113,7 @@ bool Selector::readPart(const QString& text, int& position, Part& part)
         if (isId)
             part.attributes.append({QStringLiteral("id"), QStringLiteral("="), match.captured(2)});
         else if (!match.captured(1).isEmpty())
-            part.attributes.append({QStringLiteral("class"), QStringLiteral("~="), match.captured(2)});
+            part.classes.append(match.captured(2));
         else if (match.captured(3) == QLatin1String("root"))
             part.isRoot = true;
         else if (!match.captured(3).isEmpty())
@@ -126,37 +126,68 @@ bool Selector::readPart(const QString& text, int& position, Part& part)
     return position > start;
 }
 
-bool Selector::matches(const QVector<XmlElement>& elements, int i) const
+QStringList Selector::classes() const
 {
-    return isKnown() && matchesFrom(elements, i, m_parts.size() - 1) == Yes;
+    QStringList classes;
+    for (const Part& each : m_parts)
+        classes += each.classes;
+    return classes;
+}
+
+Selector::Key Selector::key() const
+{
+    const Part& last = m_parts.last();
+    for (const Attribute& each : last.attributes) {
+        if (each.name == QLatin1String("id") && each.relation == QLatin1String("="))
+            return {Key::Id, each.value};
+    }
+    if (!last.classes.isEmpty())
+        return {Key::Class, last.classes.first()};
+    return {last.element.isEmpty() ? Key::Anything : Key::Element, last.element};
+}
+
+bool Selector::matches(const QVector<XmlElement>& elements,
+                       const QVector<QSet<QString>>& classes,
+                       int i) const
+{
+    return isKnown() && matchesFrom(elements, classes, i, m_parts.size() - 1) == Yes;
 }
 
 /// Whether \a i is what the selector up to \a part selects.
-Selector::Answer Selector::matchesFrom(const QVector<XmlElement>& elements, int i, int part) const
+Selector::Answer Selector::matchesFrom(const QVector<XmlElement>& elements,
+                                       const QVector<QSet<QString>>& classes,
+                                       int i,
+                                       int part) const
 {
-    if (!matchesPart(elements, i, m_parts[part]))
+    if (!matchesPart(elements, classes, i, m_parts[part]))
         return No;
     if (part == 0)
         return Yes;
     if (m_parts[part].combinator != QLatin1Char(' ')) {
         const bool isParent = m_parts[part].combinator == QLatin1Char('>');
         const int next = isParent ? elements[i].parent : elements[i].before;
-        return next >= 0 ? matchesFrom(elements, next, part - 1) : No;
+        return next >= 0 ? matchesFrom(elements, classes, next, part - 1) : No;
     }
     for (int at = elements[i].parent; at >= 0; at = elements[at].parent) {
-        const Answer answer = matchesFrom(elements, at, part - 1);
+        const Answer answer = matchesFrom(elements, classes, at, part - 1);
         if (answer != No)
             return answer;
     }
     return Never;
 }
 
-bool Selector::matchesPart(const QVector<XmlElement>& elements, int i, const Part& part)
+bool Selector::matchesPart(const QVector<XmlElement>& elements,
+                           const QVector<QSet<QString>>& classes,
+                           int i,
+                           const Part& part)
 {
     const XmlElement& element = elements[i];
     return (part.element.isEmpty() || part.element == localName(element.name))
            && (!part.isRoot || element.parent < 0)
            && (!part.isFirstChild || (element.parent >= 0 && element.before < 0))
+           && std::all_of(part.classes.begin(),
+                          part.classes.end(),
+                          [&](const QString& each) { return classes[i].contains(each); })
            && std::all_of(part.attributes.begin(), part.attributes.end(), [&](const Attribute& each) {
                   const XmlAttribute* found = element.find(each.name);
                   return found && isRelated(found->value, each.relation, each.value);
@@ -170,9 +201,6 @@ QStringList StyleSheet::add(const QString& text)
     const QString sheet = QString(text).remove(comments);
     QStringList unread;
     addRules(sheet, {0, sheet.size(), 0}, unread);
-    std::stable_sort(m_rules.begin(), m_rules.end(), [](const Rule& one, const Rule& other) {
-        return one.selector.specificity() < other.selector.specificity();
-    });
     return unread;
 }
 
@@ -194,13 +222,57 @@ void StyleSheet::addRules(const QString& sheet, const Stretch& stretch, QStringL
     }
 }
 
+void StyleSheet::addRule(const Rule& rule)
+{
+    const int index = m_rules.size();
+    m_rules.append(rule);
+    const QStringList classes = rule.selector.classes();
+    for (const QString& each : classes)
+        m_classNames.insert(each);
+    const Selector::Key key = rule.selector.key();
+    switch (key.kind) {
+    case Selector::Key::Id:
+        m_rulesOfIds[key.name].append(index);
+        break;
+    case Selector::Key::Class:
+        m_rulesOfClasses[key.name].append(index);
+        break;
+    case Selector::Key::Element:
+        m_rulesOfElements[key.name].append(index);
+        break;
+    case Selector::Key::Anything:
+        m_otherRules.append(index);
+    }
+}
+
+void StyleSheet::readClasses(const QVector<XmlElement>& elements)
+{
+    m_classes.resize(elements.size());
+    for (int i = 0; i < elements.size() && !m_classNames.isEmpty(); ++i) {
+        const QStringList classes =
+            elements[i].attribute(QStringLiteral("class")).simplified().split(QLatin1Char(' '));
+        for (const QString& each : classes) {
+            if (m_classNames.contains(each))
+                m_classes[i].insert(each);
+        }
+    }
+}
+
 QVector<Declaration> StyleSheet::declarations(const QVector<XmlElement>& elements, int i) const
 {
+    QVector<int> rules = m_otherRules + m_rulesOfElements.value(localName(elements[i].name))
+                         + m_rulesOfIds.value(elements[i].attribute(QStringLiteral("id")));
+    for (const QString& each : m_classes[i])
+        rules += m_rulesOfClasses.value(each);
+    const auto isOfOthers = [&](int rule) { return !m_rules[rule].selector.matches(elements, m_classes, i); };
+    rules.erase(std::remove_if(rules.begin(), rules.end(), isOfOthers), rules.end());
+    std::sort(rules.begin(), rules.end(), [this](int one, int other) {
+        const int order = m_rules[one].selector.specificity() - m_rules[other].selector.specificity();
+        return order != 0 ? order < 0 : one < other;
+    });
     QVector<Declaration> result;
-    for (const Rule& rule : m_rules) {
-        if (rule.selector.matches(elements, i))
-            result += rule.declarations;
-    }
+    for (const int rule : qAsConst(rules))
+        result += m_rules[rule].declarations;
     return result;
 }
 
@@ -224,7 +296,7 @@ void StyleSheet::addBlock(const QString& sheet,
     for (const QString& each : selectors) {
         const Selector selector(each.trimmed());
         if (selector.isKnown())
-            m_rules.append({selector, declarations});
+            addRule({selector, declarations});
         else if (!each.trimmed().isEmpty() && !isForNoDrawing(each))
             unread.append(named(each.trimmed()));
     }

@@ -3,6 +3,8 @@
 #include "Style.h"
 #include "XmlTree.h"
 
+#include <QtCore/QHash>
+#include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
@@ -17,8 +19,22 @@ public:
     bool isKnown() const { return !m_parts.isEmpty(); }
     int specificity() const { return m_specificity; }
 
-    /// Whether it selects the element \a i.
-    bool matches(const QVector<XmlElement>& elements, int i) const;
+    /// The classes that it names.
+    QStringList classes() const;
+
+    /// What an element has to have for the selector to select it.
+    struct Key
+    {
+        enum Kind { Id, Class, Element, Anything };
+
+        Kind kind;
+        QString name;
+    };
+    Key key() const;
+
+    /// Whether it selects the element \a i. Of the \a classes of the elements, those that it names are
+    /// enough.
+    bool matches(const QVector<XmlElement>& elements, const QVector<QSet<QString>>& classes, int i) const;
 
 private:
     struct Attribute
@@ -33,6 +49,7 @@ private:
     {
         QChar combinator; ///< before it: ' ', '>' or '+'
         QString element;  ///< empty: any
+        QStringList classes;
         QVector<Attribute> attributes;
         bool isFirstChild = false;
         bool isRoot = false;
@@ -44,8 +61,14 @@ private:
         No,    ///< not this element; perhaps one around it
         Never, ///< nor any around it
     };
-    Answer matchesFrom(const QVector<XmlElement>& elements, int i, int part) const;
-    static bool matchesPart(const QVector<XmlElement>& elements, int i, const Part& part);
+    Answer matchesFrom(const QVector<XmlElement>& elements,
+                       const QVector<QSet<QString>>& classes,
+                       int i,
+                       int part) const;
+    static bool matchesPart(const QVector<XmlElement>& elements,
+                            const QVector<QSet<QString>>& classes,
+                            int i,
+                            const Part& part);
 
     QVector<Part> m_parts; ///< in their order; empty if it could not be read
     int m_specificity = 0;
@@ -58,6 +81,9 @@ public:
     /// Takes the rules out of the sheet \a text.
     /// \return what of it is not followed: selectors, and rules such as "@media".
     QStringList add(const QString& text);
+
+    /// Takes apart the classes of the elements, each once. Has to be called behind the last add().
+    void readClasses(const QVector<XmlElement>& elements);
 
     /// What the rules say about the element \a i, the strongest last.
     QVector<Declaration> declarations(const QVector<XmlElement>& elements, int i) const;
@@ -80,5 +106,15 @@ private:
     void addRules(const QString& sheet, const Stretch& stretch, QStringList& unread);
     void addBlock(const QString& sheet, const QString& prelude, const Stretch& body, QStringList& unread);
 
-    QVector<Rule> m_rules; ///< the strongest last
+    void addRule(const Rule& rule);
+
+    using Indexes = QHash<QString, QVector<int>>;
+
+    QVector<Rule> m_rules; ///< in their order
+    Indexes m_rulesOfIds;
+    Indexes m_rulesOfClasses;
+    Indexes m_rulesOfElements;
+    QVector<int> m_otherRules;
+    QSet<QString> m_classNames;       ///< in the rules
+    QVector<QSet<QString>> m_classes; ///< of the elements, as far as rules name them
 };
