@@ -878,6 +878,27 @@ private Q_SLOTS:
         QVERIFY(conversion.text.contains(QLatin1String("#ff0000")));
     }
 
+    void readsPropertiesToALimit()
+    {
+        const auto converted = [](const QString& form, const QString& property, int count) {
+            QString properties;
+            for (int i = 0; i < count; ++i)
+                properties += property.arg(i);
+            return convertSvg(document(form.arg(properties).toLatin1().constData()));
+        };
+        const QString attributes = QStringLiteral("<rect fill='red' width='50' height='50' %1/>");
+        const QString style = QStringLiteral("<rect width='50' height='50' style='fill:red;%1'/>");
+        const QString sheet = QStringLiteral("<style>*{fill:red}*{%1}</style><rect width='50' height='50'/>");
+        const QString declaration = QStringLiteral("a%1:inherit;");
+        QCOMPARE(lostRules(converted(style, declaration, 900)), QStringList());
+        for (const Conversion& cut : {converted(attributes, QStringLiteral("a%1='1' "), 2000),
+                                      converted(style, declaration, 50000),
+                                      converted(sheet, declaration, 50000)}) {
+            QVERIFY(lostRules(cut).contains(QStringLiteral("unknown-property")));
+            QVERIFY(cut.text.contains(QLatin1String("#ff0000")));
+        }
+    }
+
     void saysThatAStyleSheetInAnotherFileIsNotRead()
     {
         const Conversion conversion =

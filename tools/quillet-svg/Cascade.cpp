@@ -2,9 +2,14 @@
 
 #include "Names.h"
 
+#include <QtCore/QHash>
+
 #include <algorithm>
 
 namespace {
+
+/// More than drawings need: Qt compares each attribute of an element with each other.
+constexpr int most_properties = 1000;
 
 /// The value that a property has where nothing sets it; empty for one that is not inherited.
 QString initialValue(const QString& property)
@@ -42,17 +47,29 @@ QString initialValue(const QString& property)
 /// Puts values in place of the words that stand for them.
 void resolveWords(QVector<Declaration>& properties, const QVector<Declaration>& around)
 {
-    for (int i = properties.size() - 1; i >= 0; --i) {
-        Declaration& each = properties[i];
+    QHash<QString, QString> valuesAround; // read when it is needed
+    const auto isUnset = [&](Declaration& each) {
         const QString word = each.value.toLower();
+        if (!isOneOf(word, {"inherit", "initial", "unset", "revert"}))
+            return false;
         const QString initial = initialValue(each.property);
-        if (word == QLatin1String("initial") && !initial.isEmpty())
+        if (word == QLatin1String("initial") && !initial.isEmpty()) {
             each.value = initial;
-        else if (word == QLatin1String("inherit") && initial.isEmpty() && find(around, each.property))
-            each.value = find(around, each.property)->value;
-        else if (isOneOf(word, {"inherit", "initial", "unset", "revert"}))
-            properties.removeAt(i);
-    }
+            return false;
+        }
+        if (word != QLatin1String("inherit") || !initial.isEmpty())
+            return true;
+        if (valuesAround.isEmpty()) {
+            for (const Declaration& other : around)
+                valuesAround.insert(other.property, other.value);
+        }
+        const auto value = valuesAround.constFind(each.property);
+        if (value == valuesAround.constEnd())
+            return true;
+        each.value = *value;
+        return false;
+    };
+    properties.erase(std::remove_if(properties.begin(), properties.end(), isUnset), properties.end());
 }
 
 } // namespace
@@ -77,6 +94,15 @@ Cascade::Cascade(const XmlTree& tree) : m_elements(tree.elements())
                 QStringLiteral("put it into the file, as <style>"));
     }
     m_styleSheet.readClasses(m_elements);
+    for (int i = 0; i < m_elements.size(); ++i) {
+        if (std::max(m_elements[i].attributes.size(), stylesOf(i).size()) < most_properties)
+            continue;
+        say(m_elements[i].position,
+            "unknown-property",
+            QStringLiteral("<%1> has 1,000 properties or more; no more than these are read")
+                .arg(m_elements[i].name),
+            QStringLiteral("take out what is not SVG's"));
+    }
 }
 
 QVector<Declaration> Cascade::propertiesOf(int i, const QVector<Declaration>& around) const
@@ -84,15 +110,16 @@ QVector<Declaration> Cascade::propertiesOf(int i, const QVector<Declaration>& ar
     const XmlElement& now = m_elements[i];
     QVector<Declaration> properties;
     for (const XmlAttribute& each : now.attributes) {
-        if (!each.name.contains(QLatin1Char(':'))
+        if (properties.size() < most_properties && !each.name.contains(QLatin1Char(':'))
             && !isOneOf(each.name, {"style", "transform", "xmlns", "href", "id", "class"}))
-            set(properties, each.name, each.value.trimmed());
+            properties.append({each.name, each.value.trimmed()});
     }
     const QVector<Declaration> styles = stylesOf(i);
     for (const Declaration& each : styles) {
         if (!isGeometry(each.property) && each.property.at(0).isLetter())
-            set(properties, each.property, each.value);
+            properties.append(each);
     }
+    properties = eachOnce(properties);
     resolveWords(properties, around);
     return properties;
 }
@@ -103,9 +130,9 @@ QVector<Declaration> Cascade::geometryOf(int i) const
     const QVector<Declaration> styles = stylesOf(i);
     for (const Declaration& each : styles) {
         if (isGeometry(each.property))
-            set(geometry, each.property, each.value);
+            geometry.append(each);
     }
-    return geometry;
+    return eachOnce(geometry);
 }
 
 /// What style sheets and the style of \a i say, the strongest last.
@@ -117,6 +144,7 @@ QVector<Declaration> Cascade::stylesOf(int i) const
                                   + readStyle(m_elements[i].attribute(QStringLiteral("style")));
     std::stable_partition(
         styles.begin(), styles.end(), [](const Declaration& each) { return !each.isImportant; });
+    styles = eachOnce(styles).mid(0, most_properties);
     m_styles.insert(i, new QVector<Declaration>(styles), styles.size() + 1);
     return styles;
 }

@@ -13,7 +13,7 @@ class Cascade
 public:
     explicit Cascade(const XmlTree& tree);
 
-    /// What of the style sheets is not followed.
+    /// What of the style sheets is not followed, and which elements have too many properties.
     const QVector<Finding>& findings() const { return m_findings; }
 
     /// The properties of the element \a i and its other attributes that matter for the drawing, each once.
@@ -30,6 +30,6 @@ private:
 
     const QVector<XmlElement>& m_elements;
     StyleSheet m_styleSheet;
-    mutable QCache<int, QVector<Declaration>> m_styles{1000000}; ///< by elements; counted are declarations
+    mutable QCache<int, QVector<Declaration>> m_styles{200000}; ///< by elements; counted are declarations
     QVector<Finding> m_findings;
 };

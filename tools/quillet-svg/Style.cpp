@@ -1,5 +1,6 @@
 #include "Style.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStringList>
 
@@ -87,6 +88,22 @@ void set(QVector<Declaration>& properties, const QString& property, const QStrin
         properties[int(found - properties.constData())].value = value;
     else
         properties.append({property, value});
+}
+
+QVector<Declaration> eachOnce(const QVector<Declaration>& declarations)
+{
+    QVector<Declaration> result;
+    QHash<QString, int> places;
+    for (const Declaration& each : declarations) {
+        const auto place = places.constFind(each.property);
+        if (place == places.constEnd()) {
+            places.insert(each.property, result.size());
+            result.append(each);
+        } else {
+            result[*place].value = each.value;
+        }
+    }
+    return result;
 }
 
 QVector<Declaration> readStyle(const QString& text)

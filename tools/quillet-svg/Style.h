@@ -18,6 +18,9 @@ const Declaration* find(const QVector<Declaration>& properties, const QString& p
 /// Sets a property that is there, or adds it.
 void set(QVector<Declaration>& properties, const QString& property, const QString& value);
 
+/// Each property of \a declarations once, where it stands first, with its last value.
+QVector<Declaration> eachOnce(const QVector<Declaration>& declarations);
+
 /// The declarations of the style attribute \a text, without comments and "!important".
 QVector<Declaration> readStyle(const QString& text);
 
