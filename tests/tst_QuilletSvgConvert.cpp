@@ -167,6 +167,21 @@ private Q_SLOTS:
         row("stronger rule",
             "<style>.a{fill:red}rect{fill:blue}</style><rect class='a' width='50' height='50'/>",
             red);
+        row("keywords of styles in capitals",
+            "<style>.a{Display:NONE}</style><rect class='a' width='90' height='90'/>"
+            "<rect style='visibility:Hidden' width='90' height='90'/>"
+            "<rect style='stroke:None;fill:Red' stroke='blue' width='50' height='50'/>"
+            "<path style='fill:NONE;stroke:NONE' d='M0 0h90v90z'/>"
+            "<path style='fill:url(#x) NONE' d='M0 0h90v90z'/>",
+            red);
+        row("keywords of strokes in capitals",
+            "<path style='stroke-linecap:ROUND;stroke-linejoin:Bevel;fill:none;stroke:currentcolor;"
+            "stroke-dasharray:NONE;color:RED' stroke-width='20' d='M20 20h50v50'/>",
+            "<path stroke-linecap='round' stroke-linejoin='bevel' fill='none' stroke='red' "
+            "stroke-width='20' d='M20 20h50v50'/>");
+        row("fill rule in capitals",
+            "<path style='fill-rule:EVENODD' d='M10 10h80v80h-80zM30 30h40v40h-40z'/>",
+            "<path fill-rule='evenodd' d='M10 10h80v80h-80zM30 30h40v40h-40z'/>");
         row("rules for all, elements, classes and identifiers, in any order",
             "<style>#i{fill:red}.a.b{stroke:none}.a{fill:blue}rect{fill:lime}*{fill:blue;stroke:lime}"
             "[width].b{opacity:1}</style><rect id='i' class=' a\tb a ' opacity='.5' width='50' height='50'/>",
@@ -719,6 +734,7 @@ private Q_SLOTS:
               "<g x='3em' font-size='2em' letter-spacing='calc(1em)'/>",
               "<style>@font-face{font-family:a}@charset 'a';</style>",
               "<style>.a:hover:not(.b){fill:red}.a:not(.b):hover{fill:red}</style>",
+              "<rect style='color-interpolation:SRGB;paint-order:NORMAL;clip-path:NONE' width='9'/>",
               "<title/><desc/><metadata/><view/><cursor/>",
               "<x:g xmlns:x='urn:x' filter='url(#a)'/>"})
             QTest::newRow(inside) << QString::fromLatin1(inside);
@@ -728,6 +744,16 @@ private Q_SLOTS:
     {
         QFETCH(QString, inside);
         QCOMPARE(lostRules(convertSvg(document(inside.toLatin1().constData()))), QStringList());
+    }
+
+    void identifiersInStylesKeepTheirCase()
+    {
+        const Conversion conversion =
+            convertSvg(document("<linearGradient id='A'><stop stop-color='#ff0000'/></linearGradient>"
+                                "<linearGradient id='a'><stop stop-color='#0000ff'/></linearGradient>"
+                                "<rect style='fill:URL(#A) NONE' width='50' height='50'/>"));
+        QCOMPARE(lostRules(conversion), QStringList{QStringLiteral("gradient")});
+        QVERIFY(conversion.text.contains(QLatin1String("#ff0000")));
     }
 
     void whatIsNoNumberIsAsIfItWereNotThere()

@@ -3,6 +3,7 @@
 #include "Names.h"
 
 #include <QtCore/QHash>
+#include <QtCore/QRegularExpression>
 
 #include <algorithm>
 
@@ -42,6 +43,25 @@ QString initialValue(const QString& property)
         return property == QLatin1String(each.property);
     });
     return found == std::end(inherited) ? QString() : QString::fromLatin1(found->value);
+}
+
+/// The value \a text of a style as an attribute has it, where capitals matter (CSS 2, 4.1.3).
+QString withoutCapitals(const QString& text)
+{
+    static const QRegularExpression words(QStringLiteral("^[a-zA-Z\\s-]+$"));
+    if (text.startsWith(QLatin1String("url("), Qt::CaseInsensitive)) {
+        const int end = text.indexOf(QLatin1Char(')'));
+        const QString target = text.mid(3, end < 0 ? -1 : end - 3);
+        return QStringLiteral("url") + target + text.mid(3 + target.size()).toLower();
+    }
+    if (!words.match(text).hasMatch())
+        return text;
+    const QString value = text.toLower();
+    for (const char* const each : {"currentColor", "sRGB", "linearRGB"}) {
+        if (value == QString::fromLatin1(each).toLower())
+            return QString::fromLatin1(each);
+    }
+    return value;
 }
 
 /// Puts values in place of the words that stand for them.
@@ -145,6 +165,8 @@ QVector<Declaration> Cascade::stylesOf(int i) const
     std::stable_partition(
         styles.begin(), styles.end(), [](const Declaration& each) { return !each.isImportant; });
     styles = eachOnce(styles).mid(0, most_properties);
+    for (Declaration& each : styles)
+        each.value = withoutCapitals(each.value);
     m_styles.insert(i, new QVector<Declaration>(styles), styles.size() + 1);
     return styles;
 }
