@@ -182,6 +182,11 @@ private Q_SLOTS:
         row("fill rule in capitals",
             "<path style='fill-rule:EVENODD' d='M10 10h80v80h-80zM30 30h40v40h-40z'/>",
             "<path fill-rule='evenodd' d='M10 10h80v80h-80zM30 30h40v40h-40z'/>");
+        row("circles of uses that are not drawn",
+            "<defs><g id='a'><use href='#a'/></g></defs><symbol id='b'><use href='#b'/></symbol>"
+            "<clipPath id='c'><use href='#c'/></clipPath><title><use href='#a'/></title>"
+            "<rect width='50' height='50' fill='red'/>",
+            red);
         row("rules for all, elements, classes and identifiers, in any order",
             "<style>#i{fill:red}.a.b{stroke:none}.a{fill:blue}rect{fill:lime}*{fill:blue;stroke:lime}"
             "[width].b{opacity:1}</style><rect id='i' class=' a\tb a ' opacity='.5' width='50' height='50'/>",
@@ -956,12 +961,24 @@ private Q_SLOTS:
         QTest::newRow("use of each other")
             << document("<g id='a'><use href='#b'/></g><g id='b'><use href='#a'/></g>")
             << QStringLiteral("<use> refers to what it stands in");
+        QTest::newRow("use of a definition that uses itself")
+            << document("<defs><g id='a'><use href='#a'/></g></defs><a><use href='#a'/></a>")
+            << QStringLiteral("<use> refers to what it stands in");
+        QTest::newRow("use of a symbol that uses itself")
+            << document("<symbol id='a'><switch><use href='#a'/></switch></symbol><use href='#a'/>")
+            << QStringLiteral("<use> refers to what it stands in");
         QString multiplied = QStringLiteral("<rect id='a0'/>");
         for (int i = 1; i < 30; ++i)
             multiplied +=
                 QStringLiteral("<g id='a%1'><use href='#a%2'/><use href='#a%2'/></g>").arg(i).arg(i - 1);
         QTest::newRow("use that multiplies") << document(multiplied.toLatin1().constData())
                                              << QStringLiteral("<use> repeats more than 1,000,000 elements");
+        QTest::newRow("use that multiplies what is not drawn")
+            << document((QStringLiteral("<g id='a'>") + QStringLiteral("<text/><symbol/>").repeated(500)
+                         + QStringLiteral("</g>") + QStringLiteral("<use href='#a'/>").repeated(1000))
+                            .toLatin1()
+                            .constData())
+            << QStringLiteral("<use> repeats more than 1,000,000 elements");
         QString chain;
         for (int i = 0; i < 2000; ++i)
             chain += QStringLiteral("<symbol id='s%1'><use href='#s%2'/></symbol>").arg(i).arg(i + 1);

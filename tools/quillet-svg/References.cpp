@@ -1,5 +1,7 @@
 #include "References.h"
 
+#include "Names.h"
+
 #include <algorithm>
 
 namespace {
@@ -50,13 +52,13 @@ bool References::isGradient(const QString& id) const
     return element >= 0 && m_elements[element].name.endsWith(QLatin1String("Gradient"));
 }
 
-/// Follows children and uses, each once, and does not call itself: nobody has limited the depth yet.
+/// Follows what is drawn, each once, and does not call itself: nobody has limited the depth yet.
 void References::measure()
 {
     struct Step
     {
         int element;
-        QVector<int> parts;
+        Parts parts;
         int next;
     };
     const auto open = [this](int element) {
@@ -67,7 +69,7 @@ void References::measure()
     QVector<Step> steps{open(0)};
     while (!steps.isEmpty()) {
         Step& step = steps.last();
-        if (step.next == step.parts.size()) {
+        if (step.next == step.parts.drawn.size()) {
             const Content content = sumOf(step.parts);
             if (content.elements > most_elements)
                 return fail(step.element,
@@ -79,7 +81,7 @@ void References::measure()
             steps.removeLast();
             continue;
         }
-        const int part = step.parts[step.next++];
+        const int part = step.parts.drawn[step.next++];
         if (m_contents[part].state == Content::Open)
             return fail(step.element,
                         QStringLiteral("<use> refers to what it stands in"),
@@ -89,23 +91,33 @@ void References::measure()
     }
 }
 
-QVector<int> References::drawnBy(int element) const
+/// What of the document is drawn for the element, whatever its conditions and properties are.
+References::Parts References::drawnBy(int element) const
 {
     const XmlElement& now = m_elements[element];
-    QVector<int> parts;
-    for (int child = element + 1; child < now.end; child = m_elements[child].end)
-        parts.append(child);
-    const int target = localName(now.name) == QLatin1String("use") ? targetOf(now) : -1;
-    if (target >= 0)
-        parts.append(target);
+    const QString name = localName(now.name);
+    Parts parts;
+    if (name == QLatin1String("use")) {
+        const int target = targetOf(now);
+        if (target >= 0)
+            parts.drawn.append(target);
+    } else if (isContainer(name) || name == QLatin1String("symbol")) { // which only "use" leads to
+        for (int child = element + 1; child < now.end; child = m_elements[child].end) {
+            const QString childName = localName(m_elements[child].name);
+            if (isContainer(childName) || isShape(childName))
+                parts.drawn.append(child);
+            else
+                ++parts.others;
+        }
+    }
     return parts;
 }
 
-References::Content References::sumOf(const QVector<int>& parts) const
+References::Content References::sumOf(const Parts& parts) const
 {
-    qint64 elements = 1;
+    qint64 elements = 1 + parts.others;
     int depth = 0;
-    for (const int part : parts) {
+    for (const int part : parts.drawn) {
         elements += m_contents[part].elements;
         depth = std::max(depth, m_contents[part].depth);
     }

@@ -37,9 +37,16 @@ private:
         int depth = 0;
     };
 
+    /// What stands in one element, or is repeated by it.
+    struct Parts
+    {
+        QVector<int> drawn;
+        int others = 0; ///< children that are only passed
+    };
+
     void measure();
-    QVector<int> drawnBy(int element) const;
-    Content sumOf(const QVector<int>& parts) const;
+    Parts drawnBy(int element) const;
+    Content sumOf(const Parts& parts) const;
     void fail(int element, const QString& why, const QString& advice);
 
     const QVector<XmlElement>& m_elements;
