@@ -191,6 +191,10 @@ private Q_SLOTS:
             "<style>#i{fill:red}.a.b{stroke:none}.a{fill:blue}rect{fill:lime}*{fill:blue;stroke:lime}"
             "[width].b{opacity:1}</style><rect id='i' class=' a\tb a ' opacity='.5' width='50' height='50'/>",
             red);
+        row("one of the words of an attribute",
+            "<style>[x~=b]{fill:red}[x~=c],[x~=d],[x~=a-b]{fill:blue}</style>"
+            "<rect x='0'/><g x='a-b-c ab ba b\tcd'><rect width='50' height='50'/></g>",
+            red);
         row("later rules of the same strength",
             "<style>.b{fill:blue}.a{fill:lime}.b{fill:red}</style><style>rect{fill:blue}</style>"
             "<rect class='a b' width='50' height='50'/>",
@@ -907,6 +911,22 @@ private Q_SLOTS:
         const Conversion conversion = convertSvg(document(text.toLatin1().constData()));
         QCOMPARE(lostRules(conversion), QStringList());
         QVERIFY(conversion.text.contains(QLatin1String("#ff0000")));
+    }
+
+    void comparesRulesWithElementsToALimit()
+    {
+        const auto converted = [](int rules) {
+            const QString text = QStringLiteral("<style>%1</style>%2")
+                                     .arg(QStringLiteral("*{fill:red}").repeated(rules),
+                                          QStringLiteral("<rect width='9' height='9'/>").repeated(1000));
+            return convertSvg(document(text.toLatin1().constData()));
+        };
+        const Conversion followed = converted(100);
+        QCOMPARE(lostRules(followed), QStringList());
+        QVERIFY(followed.text.contains(QLatin1String("#ff0000")));
+        const Conversion cut = converted(10000);
+        QCOMPARE(lostRules(cut), QStringList{QStringLiteral("style-sheet")});
+        QVERIFY(!cut.text.contains(QLatin1String("#ff0000")));
     }
 
     void readsPropertiesToALimit()

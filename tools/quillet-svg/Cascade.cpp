@@ -114,6 +114,14 @@ Cascade::Cascade(const XmlTree& tree) : m_elements(tree.elements())
                 QStringLiteral("put it into the file, as <style>"));
     }
     m_styleSheet.readClasses(m_elements);
+    if (m_styleSheet.isTooMuchFor(m_elements)) {
+        m_styleSheet = StyleSheet();
+        m_styleSheet.readClasses(m_elements);
+        say(m_elements.first().position,
+            "style-sheet",
+            QStringLiteral("the style sheets have too many rules for so many elements; none is followed"),
+            QStringLiteral("write what they say as attributes"));
+    }
     for (int i = 0; i < m_elements.size(); ++i) {
         if (std::max(m_elements[i].attributes.size(), stylesOf(i).size()) < most_properties)
             continue;

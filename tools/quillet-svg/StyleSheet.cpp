@@ -10,6 +10,7 @@ namespace {
 
 constexpr int deepest_block = 20; ///< "@media" in each other
 constexpr int longest_selector = 500;
+constexpr qint64 most_comparisons = 5'000'000; ///< of rules with elements
 
 /// \a selector without what stands in parentheses, which may be what is excluded.
 QString withoutArguments(const QString& selector)
@@ -41,12 +42,23 @@ QString named(const QString& selector)
     return selector.size() > longest_selector ? selector.left(40) + QStringLiteral("…") : selector;
 }
 
+/// Whether \a word stands in \a text between blanks.
+bool hasWord(const QString& text, const QString& word)
+{
+    const auto isEdge = [&](int i) { return i < 0 || i >= text.size() || text[i].isSpace(); };
+    for (int at = text.indexOf(word); at >= 0 && !word.isEmpty(); at = text.indexOf(word, at + 1)) {
+        if (isEdge(at - 1) && isEdge(at + word.size()))
+            return true;
+    }
+    return false;
+}
+
 bool isRelated(const QString& actual, const QString& relation, const QString& value)
 {
     if (relation.isEmpty() || (relation == QLatin1String("=") && actual == value))
         return true;
     if (relation == QLatin1String("~="))
-        return actual.simplified().split(QLatin1Char(' ')).contains(value);
+        return hasWord(actual, value);
     if (relation == QLatin1String("|="))
         return actual == value || actual.startsWith(value + QLatin1Char('-'));
     if (value.isEmpty())
@@ -258,12 +270,26 @@ void StyleSheet::readClasses(const QVector<XmlElement>& elements)
     }
 }
 
+QVector<int> StyleSheet::candidates(const XmlElement& element, const QSet<QString>& classes) const
+{
+    QVector<int> rules = m_otherRules + m_rulesOfElements.value(localName(element.name))
+                         + m_rulesOfIds.value(element.attribute(QStringLiteral("id")));
+    for (const QString& each : classes)
+        rules += m_rulesOfClasses.value(each);
+    return rules;
+}
+
+bool StyleSheet::isTooMuchFor(const QVector<XmlElement>& elements) const
+{
+    qint64 comparisons = 0;
+    for (int i = 0; i < elements.size() && comparisons <= most_comparisons; ++i)
+        comparisons += candidates(elements[i], m_classes[i]).size();
+    return comparisons > most_comparisons;
+}
+
 QVector<Declaration> StyleSheet::declarations(const QVector<XmlElement>& elements, int i) const
 {
-    QVector<int> rules = m_otherRules + m_rulesOfElements.value(localName(elements[i].name))
-                         + m_rulesOfIds.value(elements[i].attribute(QStringLiteral("id")));
-    for (const QString& each : m_classes[i])
-        rules += m_rulesOfClasses.value(each);
+    QVector<int> rules = candidates(elements[i], m_classes[i]);
     const auto isOfOthers = [&](int rule) { return !m_rules[rule].selector.matches(elements, m_classes, i); };
     rules.erase(std::remove_if(rules.begin(), rules.end(), isOfOthers), rules.end());
     std::sort(rules.begin(), rules.end(), [this](int one, int other) {

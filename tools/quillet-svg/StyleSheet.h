@@ -85,6 +85,9 @@ public:
     /// Takes apart the classes of the elements, each once. Has to be called behind the last add().
     void readClasses(const QVector<XmlElement>& elements);
 
+    /// Whether the rules that may select elements are too many to be compared with them.
+    bool isTooMuchFor(const QVector<XmlElement>& elements) const;
+
     /// What the rules say about the element \a i, the strongest last.
     QVector<Declaration> declarations(const QVector<XmlElement>& elements, int i) const;
 
@@ -107,6 +110,7 @@ private:
     void addBlock(const QString& sheet, const QString& prelude, const Stretch& body, QStringList& unread);
 
     void addRule(const Rule& rule);
+    QVector<int> candidates(const XmlElement& element, const QSet<QString>& classes) const;
 
     using Indexes = QHash<QString, QVector<int>>;
 
