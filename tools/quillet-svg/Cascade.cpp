@@ -56,7 +56,7 @@ QString withoutCapitals(const QString& text)
     }
     if (!words.match(text).hasMatch())
         return text;
-    const QString value = text.toLower();
+    QString value = text.toLower();
     for (const char* const each : {"currentColor", "sRGB", "linearRGB"}) {
         if (value == QString::fromLatin1(each).toLower())
             return QString::fromLatin1(each);
