@@ -294,7 +294,8 @@ private Q_SLOTS:
             "<rect width='50' height='50' rx='20' ry='20' fill='red'/>");
         row("shapes without size",
             "<rect width='50' height='50' fill='red'/><g stroke='blue' stroke-width='9'>"
-            "<ellipse cx='50' cy='50' rx='0' ry='20'/><circle cx='50' cy='50' r='-20'/></g>",
+            "<ellipse cx='50' cy='50' rx='0' ry='20'/><circle cx='50' cy='50' r='-20'/>"
+            "<rect width='0' height='90'/><rect height='90'/></g>",
             red);
         row("identifier that stands twice",
             "<defs><rect id='a' width='50' height='50' fill='red'/>"
@@ -476,6 +477,38 @@ private Q_SLOTS:
             "<path stroke-dasharray='0 30' stroke='red' stroke-width='20' stroke-linecap='round' "
             "d='M20 20h40'/>",
             "<circle cx='20' cy='20' r='10' fill='red'/><circle cx='50' cy='20' r='10' fill='red'/>");
+        const char* const twoDots =
+            "<circle cx='30' cy='20' r='9' fill='red'/><circle cx='60' cy='20' r='9' fill='red'/>";
+        row("dashes of a round rect",
+            "<rect x='10' y='20' width='70' height='50' rx='20' ry='10' fill='none' stroke='red' "
+            "stroke-width='18' stroke-linecap='round' stroke-dasharray='0 30 0 999'/>",
+            twoDots);
+        row("dashes of a round rect in a group",
+            "<g stroke-dasharray='0 30 0 999' stroke='red' stroke-width='18' fill='none'>"
+            "<rect x='10' y='20' width='70' height='50' rx='20' ry='10' stroke-linecap='round'/></g>",
+            twoDots);
+        row("corners larger than the rect",
+            "<rect x='10' y='20' width='70' height='50' rx='99' fill='red'/>",
+            "<ellipse cx='45' cy='45' rx='35' ry='25' fill='red'/>");
+        row("corners of which one radius is nothing",
+            "<rect width='50' height='50' rx='0' ry='20' fill='red'/>",
+            red);
+        row("corners of a negative radius",
+            "<rect width='50' height='50' rx='-9' ry='20' fill='red'/>",
+            "<rect width='50' height='50' rx='20' ry='20' fill='red'/>");
+        row("dashes of a rect",
+            "<rect x='10' y='20' width='70' height='50' fill='none' stroke='red' stroke-width='8' "
+            "stroke-dasharray='20 10 5 3'/>",
+            "<path d='M10 20h70v50h-70z' fill='none' stroke='red' stroke-width='8' "
+            "stroke-dasharray='20 10 5 3'/>");
+        row("dashes of a circle",
+            "<circle cx='50' cy='50' r='40' fill='none' stroke='red' stroke-width='18' "
+            "stroke-linecap='round' stroke-dasharray='0 62.83 0 999'/>",
+            "<circle cx='90' cy='50' r='9' fill='red'/><circle cx='50' cy='90' r='9' fill='red'/>");
+        row("dashes of an ellipse",
+            "<ellipse cx='50' cy='50' rx='40' ry='20' fill='none' stroke='red' stroke-width='18' "
+            "stroke-linecap='round' stroke-dasharray='0 48.44 0 999'/>",
+            "<circle cx='90' cy='50' r='9' fill='red'/><circle cx='50' cy='70' r='9' fill='red'/>");
         row("dashes and gaps without length",
             "<path stroke-dasharray='0 0' stroke='red' stroke-width='9' d='M0 20h90'/>",
             "<path stroke='red' stroke-width='9' d='M0 20h90'/>");

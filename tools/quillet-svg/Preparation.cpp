@@ -31,7 +31,7 @@ bool isGradient(const QString& name)
     return isOneOf(name, {"linearGradient", "radialGradient"});
 }
 
-/// Whether a shape has no size, which keeps it from being drawn, its stroke too (SVG 1.1, 9.3 and 9.4).
+/// Whether a shape has no size, which keeps it from being drawn, its stroke too (SVG 1.1, 9.2 to 9.4).
 bool hasNoSize(const QString& name, const QVector<Declaration>& properties)
 {
     const auto isLong = [&](const char* property) {
@@ -39,7 +39,8 @@ bool hasNoSize(const QString& name, const QVector<Declaration>& properties)
         return length && length->value.toDouble() > 0;
     };
     return (name == QLatin1String("circle") && !isLong("r"))
-           || (name == QLatin1String("ellipse") && !(isLong("rx") && isLong("ry")));
+           || (name == QLatin1String("ellipse") && !(isLong("rx") && isLong("ry")))
+           || (name == QLatin1String("rect") && !(isLong("width") && isLong("height")));
 }
 
 double number(const QVector<Declaration>& properties, const char* name)
@@ -52,6 +53,34 @@ void remove(QVector<Declaration>& properties, std::initializer_list<const char*>
 {
     const auto isNamed = [&](const Declaration& each) { return isOneOf(each.property, names); };
     properties.erase(std::remove_if(properties.begin(), properties.end(), isNamed), properties.end());
+}
+
+/// The outline of a rectangle with round corners, from where and in the direction in which its dashes run
+/// (SVG 1.1, 9.2); empty where there are none.
+QString roundedRect(const QVector<Declaration>& properties)
+{
+    const auto radius = [&](const char* name, const char* otherName) {
+        const bool isOwn = find(properties, QLatin1String(name)) && number(properties, name) >= 0;
+        return number(properties, isOwn ? name : otherName);
+    };
+    const double width = number(properties, "width");
+    const double height = number(properties, "height");
+    const double rx = std::min(radius("rx", "ry"), width / 2);
+    const double ry = std::min(radius("ry", "rx"), height / 2);
+    if (!(rx > 0 && ry > 0))
+        return {};
+    const double left = number(properties, "x");
+    const double top = number(properties, "y");
+    const double right = left + width;
+    const double bottom = top + height;
+    const auto text = [](double value) { return QString::number(value, 'g', 15); };
+    const auto corner = [&](double x, double y) {
+        return QStringLiteral("A%1 %2 0 0 1 %3 %4").arg(text(rx), text(ry), text(x), text(y));
+    };
+    return QStringLiteral("M%1 %2H%3").arg(text(left + rx), text(top), text(right - rx))
+           + corner(right, top + ry) + QLatin1Char('V') + text(bottom - ry) + corner(right - rx, bottom)
+           + QLatin1Char('H') + text(left + rx) + corner(left, bottom - ry) + QLatin1Char('V')
+           + text(top + ry) + corner(left + rx, top) + QLatin1Char('Z');
 }
 
 /// Writes the elements of a document anew.
@@ -347,10 +376,19 @@ private:
         m_pending.append(Pending{-1, nullptr, nullptr, marks.size()});
     }
 
-    void writeShape(int i, const QString& name, QVector<Declaration> properties)
+    void writeShape(int i, QString name, QVector<Declaration> properties)
     {
         if (hasNoSize(name, properties))
             return;
+        if (name == QLatin1String("rect")) {
+            const QString path = roundedRect(properties);
+            remove(properties, {"rx", "ry"});
+            if (!path.isEmpty()) {
+                name = QStringLiteral("path");
+                remove(properties, {"x", "y", "width", "height"});
+                set(properties, QStringLiteral("d"), path);
+            }
+        }
         QVector<Mark> marks = takeMarks(properties, i);
         const double pathLength = number(properties, "pathLength");
         if (pathLength > 0)
