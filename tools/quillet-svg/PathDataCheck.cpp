@@ -6,8 +6,6 @@
 #include <Quillet/PainterPathContainer.h>
 #include <Quillet/SvgFileParser.h>
 
-#include <QtCore/QPointF>
-
 #include <algorithm>
 #include <optional>
 
@@ -39,41 +37,6 @@ int firstOf(int count, Condition condition)
     }
     return begin;
 }
-
-/// Follows the current point through path data (SVG 1.1, 8.3).
-class CurrentPoint
-{
-public:
-    /// \return whether \a segment ends elsewhere than it begins.
-    bool follow(const PathSegment& segment)
-    {
-        const QPointF begin = m_point;
-        const QPointF base = segment.command.isLower() ? m_point : QPointF();
-        const auto number = [&](int fromTheEnd) {
-            return segment.numbers[segment.numbers.size() - fromTheEnd].toDouble();
-        };
-        switch (segment.command.toUpper().unicode()) {
-        case 'Z':
-            m_point = m_start;
-            break;
-        case 'H':
-            m_point.setX(base.x() + number(1));
-            break;
-        case 'V':
-            m_point.setY(base.y() + number(1));
-            break;
-        default:
-            m_point = base + QPointF(number(2), number(1));
-        }
-        if (segment.command.toUpper() == QLatin1Char('M'))
-            m_start = m_point;
-        return m_point.x() != begin.x() || m_point.y() != begin.y(); // QPointF's operator is not exact
-    }
-
-private:
-    QPointF m_point;
-    QPointF m_start;
-};
 
 /// Something in a segment that the reader does not take as SVG means it.
 struct Fault

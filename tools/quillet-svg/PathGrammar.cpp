@@ -165,6 +165,31 @@ bool readNumbers(Scanner& scanner, PathSegment& segment, int count)
 
 } // namespace
 
+bool CurrentPoint::follow(const PathSegment& segment)
+{
+    const QPointF begin = m_point;
+    const QPointF base = segment.command.isLower() ? m_point : QPointF();
+    const auto number = [&](int fromTheEnd) {
+        return segment.numbers[segment.numbers.size() - fromTheEnd].toDouble();
+    };
+    switch (segment.command.toUpper().unicode()) {
+    case 'Z':
+        m_point = m_start;
+        break;
+    case 'H':
+        m_point.setX(base.x() + number(1));
+        break;
+    case 'V':
+        m_point.setY(base.y() + number(1));
+        break;
+    default:
+        m_point = base + QPointF(number(2), number(1));
+    }
+    if (segment.command.toUpper() == QLatin1Char('M'))
+        m_start = m_point;
+    return m_point.x() != begin.x() || m_point.y() != begin.y(); // QPointF's operator is not exact
+}
+
 bool isFlatArc(const PathSegment& segment)
 {
     return segment.command.toUpper() == QLatin1Char('A')

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QPointF>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
@@ -23,6 +24,20 @@ struct PathReading
 };
 
 PathReading readPathData(const QString& data);
+
+/// Follows the current point through path data (SVG 1.1, 8.3).
+class CurrentPoint
+{
+public:
+    /// \return whether \a segment ends elsewhere than it begins.
+    bool follow(const PathSegment& segment);
+
+    QPointF at() const { return m_point; }
+
+private:
+    QPointF m_point;
+    QPointF m_start;
+};
 
 /// Whether \a segment is an arc with a radius of zero, which makes it a line (SVG 1.1, F.6.2).
 bool isFlatArc(const PathSegment& segment);
