@@ -9,6 +9,12 @@
 #include <QtGui/QPainter>
 #include <QtSvg/QSvgRenderer>
 
+namespace {
+
+constexpr QSizeF largest_device(1e6, 1e6); ///< that holds what is recorded, of drawings of any size
+
+} // namespace
+
 Conversion convertSvg(const QString& text)
 {
     Conversion result;
@@ -43,7 +49,7 @@ Conversion convertSvg(const QString& text)
         result.frame.size =
             renderer.viewBoxF().bottomRight().x() > 0 ? renderer.viewBoxF().size() : QSizeF(1, 1);
 
-    Recorder recorder(result.frame.size.toSize().expandedTo(QSize(1, 1)));
+    Recorder recorder(result.frame.size.boundedTo(largest_device).toSize().expandedTo(QSize(1, 1)));
     {
         QPainter painter(&recorder);
         paintWithQt(painter, renderer, result.frame);
