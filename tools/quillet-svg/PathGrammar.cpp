@@ -1,5 +1,7 @@
 #include "PathGrammar.h"
 
+#include <QtCore/QRegularExpression>
+
 namespace {
 
 bool isSpace(QChar c)
@@ -268,4 +270,31 @@ QString spelledOut(const PathReading& reading, int segmentCount)
         result += command + numbers.join(QLatin1Char(' ')) + QLatin1Char(' ');
     }
     return result;
+}
+
+PointsReading readPoints(const QString& points)
+{
+    static const QRegularExpression number(
+        QStringLiteral("\\G[\\s,]*([-+]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][-+]?\\d+)?)"));
+    static const QRegularExpression notSeparator(QStringLiteral("[^\\s,]"));
+    PointsReading reading;
+    int last = 0; // where the last number stands
+    int end = 0;
+    for (auto matches = number.globalMatch(points); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        reading.numbers.append(match.captured(1));
+        last = match.capturedStart(1);
+        end = match.capturedEnd();
+    }
+    const int wrong = points.indexOf(notSeparator, end);
+    if (wrong >= 0) {
+        reading.errorOffset = wrong;
+        reading.error = QStringLiteral("“%1” is no number").arg(points.mid(wrong, 20).trimmed());
+    } else if (reading.numbers.size() % 2 != 0) {
+        reading.errorOffset = last;
+        reading.error = QStringLiteral("the last point has no y");
+    }
+    if (reading.numbers.size() % 2 != 0)
+        reading.numbers.removeLast();
+    return reading;
 }

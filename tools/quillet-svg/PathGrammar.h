@@ -48,3 +48,13 @@ bool hasSignedRadius(const PathSegment& segment);
 
 /// The same path with every command and number apart. Flat arcs become lines.
 QString spelledOut(const PathReading& reading, int segmentCount);
+
+/// The points of a polygon (SVG 1.1, 9.7.1).
+struct PointsReading
+{
+    QStringList numbers;  ///< up to the error, if there is one; two for each point
+    int errorOffset = -1; ///< -1: none
+    QString error;
+};
+
+PointsReading readPoints(const QString& points);

@@ -6,6 +6,7 @@
 #include "Losses.h"
 #include "Marks.h"
 #include "Names.h"
+#include "PathGrammar.h"
 #include "QtForms.h"
 #include "References.h"
 #include "Viewport.h"
@@ -81,6 +82,33 @@ QString roundedRect(const QVector<Declaration>& properties)
            + corner(right, top + ry) + QLatin1Char('V') + text(bottom - ry) + corner(right - rx, bottom)
            + QLatin1Char('H') + text(left + rx) + corner(left, bottom - ry) + QLatin1Char('V')
            + text(top + ry) + corner(left + rx, top) + QLatin1Char('Z');
+}
+
+/// Path data for a shape all of whose points are the same, for caps that Qt draws only for paths; empty for
+/// other shapes.
+QString pointAsPath(const QString& name, const QVector<Declaration>& properties)
+{
+    const auto path = [](double x, double y) {
+        return QStringLiteral("M%1 %2z").arg(QString::number(x, 'g', 17), QString::number(y, 'g', 17));
+    };
+    if (name == QLatin1String("line")) {
+        const double x = number(properties, "x1");
+        const double y = number(properties, "y1");
+        return x == number(properties, "x2") && y == number(properties, "y2") ? path(x, y) : QString();
+    }
+    const Declaration* const points = find(properties, QStringLiteral("points"));
+    if (!points || !isOneOf(name, {"polyline", "polygon"}))
+        return {};
+    const QStringList numbers = readPoints(points->value).numbers;
+    if (numbers.isEmpty() || (numbers.size() == 2 && name == QLatin1String("polyline")))
+        return {};
+    const double x = numbers[0].toDouble();
+    const double y = numbers[1].toDouble();
+    for (int i = 2; i < numbers.size(); i += 2) {
+        if (numbers[i].toDouble() != x || numbers[i + 1].toDouble() != y)
+            return {};
+    }
+    return path(x, y);
 }
 
 /// Writes the elements of a document anew.
@@ -315,7 +343,7 @@ private:
             openGroup(i, properties, transform + translation(x, y), {});
             append(target, inside, &now);
         } else if (isShape(name)) {
-            writeShape(i, name, properties);
+            writeShape(i, name, properties, inside.paint.strokeWidth);
         } else {
             QVector<Mark> marks;
             if (!viewport.area.isEmpty() && isClipped(properties))
@@ -376,19 +404,19 @@ private:
         m_pending.append(Pending{-1, nullptr, nullptr, marks.size()});
     }
 
-    void writeShape(int i, QString name, QVector<Declaration> properties)
+    void writeShape(int i, QString name, QVector<Declaration> properties, double strokeWidth)
     {
         if (hasNoSize(name, properties))
             return;
-        if (name == QLatin1String("rect")) {
-            const QString path = roundedRect(properties);
-            remove(properties, {"rx", "ry"});
-            if (!path.isEmpty()) {
-                name = QStringLiteral("path");
-                remove(properties, {"x", "y", "width", "height"});
-                set(properties, QStringLiteral("d"), path);
-            }
+        const bool isRect = name == QLatin1String("rect");
+        const QString path = isRect ? roundedRect(properties) : pointAsPath(name, properties);
+        if (!path.isEmpty()) {
+            name = QStringLiteral("path");
+            remove(properties, {"x", "y", "width", "height", "x1", "y1", "x2", "y2", "points"});
+            set(properties, QStringLiteral("d"), pathForQt(path, strokeWidth));
         }
+        if (isRect)
+            remove(properties, {"rx", "ry"});
         QVector<Mark> marks = takeMarks(properties, i);
         const double pathLength = number(properties, "pathLength");
         if (pathLength > 0)

@@ -11,7 +11,13 @@
 
 namespace {
 
-constexpr const char* hardly_a_line = "0.01"; ///< so long a line is still not seen
+/// Of the width of a stroke: so long a line is still not seen.
+constexpr double hardly_a_line = 0.0005;
+
+QString text(double number)
+{
+    return QString::number(number, 'g', 17);
+}
 
 /// The paint \a value as a colour or a gradient that there is.
 QString resolvedPaint(QString value, const References& references)
@@ -95,7 +101,7 @@ double wholeOf(const QString& property, const QSizeF& viewport)
 }
 
 /// Dashes as numbers without units, which are what Qt takes.
-QString rewrittenDashes(const QString& dashes, double whole)
+QString rewrittenDashes(const QString& dashes, double whole, double strokeWidth)
 {
     static const QRegularExpression separators(QStringLiteral("[\\s,]+"));
     QStringList lengths = dashes.split(separators, Qt::SkipEmptyParts);
@@ -114,41 +120,45 @@ QString rewrittenDashes(const QString& dashes, double whole)
         lengths += lengths;
     for (int i = 0; i < lengths.size(); i += 2) {
         if (isZero(lengths[i]))
-            lengths[i] = QLatin1String(hardly_a_line);
+            lengths[i] = text(hardly_a_line * strokeWidth);
     }
     return lengths.join(QLatin1Char(' '));
 }
 
-/// Whether \a segment, which stands behind the move \a move, leads nowhere.
-bool isPoint(const PathSegment& move, const PathSegment& segment)
+/// The points in front of an error, up to which they are drawn (SVG 1.1, F.2).
+QString rewrittenPoints(const QString& points)
 {
-    const auto isZero = [](const QString& number) { return number.toDouble() == 0; };
-    const QChar command = segment.command;
-    if (command == QLatin1Char('l') || command == QLatin1Char('h') || command == QLatin1Char('v'))
-        return std::all_of(segment.numbers.begin(), segment.numbers.end(), isZero);
-    if (command == QLatin1Char('L'))
-        return move.command == QLatin1Char('M') && move.numbers == segment.numbers;
-    return command.toUpper() == QLatin1Char('Z');
+    const PointsReading reading = readPoints(points);
+    return reading.errorOffset < 0 ? points : reading.numbers.join(QLatin1Char(' '));
 }
 
-QString rewrittenPath(const QString& data)
+bool isMove(const PathSegment& segment)
 {
-    PathReading reading = readPathData(data);
-    QVector<PathSegment>& segments = reading.segments;
-    bool changes = reading.errorOffset >= 0 // an error ends the path where it stands (SVG 1.1, F.2)
-                   || std::any_of(segments.begin(), segments.end(), isFlatArc);
-    // A line without length has caps, but Qt leaves it out.
-    for (int i = segments.size() - 2; i >= 0; --i) {
-        if (segments[i].command.toUpper() == QLatin1Char('M') && isPoint(segments[i], segments[i + 1])) {
-            const PathSegment line{QLatin1Char('h'), {QLatin1String(hardly_a_line)}, 0, false};
-            if (segments[i + 1].command.toUpper() == QLatin1Char('Z'))
-                segments[i + 1] = line; // closed, it would have corners in place of caps
-            else
-                segments.insert(i + 1, line);
-            changes = true;
-        }
+    return segment.command.toUpper() == QLatin1Char('M');
+}
+
+bool isClose(const PathSegment& segment)
+{
+    return segment.command.toUpper() == QLatin1Char('Z');
+}
+
+/// Whether \a segment, which begins in \a point, never leaves it.
+bool staysIn(const QPointF& point, const PathSegment& segment)
+{
+    const QPointF base = segment.command.isLower() ? point : QPointF();
+    const QChar command = segment.command.toUpper();
+    if (isClose(segment))
+        return true; // where nothing in front of it left the point
+    if (command == QLatin1Char('H'))
+        return qFuzzyIsNull(base.x() + segment.numbers[0].toDouble() - point.x());
+    if (command == QLatin1Char('V'))
+        return qFuzzyIsNull(base.y() + segment.numbers[0].toDouble() - point.y());
+    for (int i = command == QLatin1Char('A') ? 5 : 0; i + 1 < segment.numbers.size(); i += 2) {
+        const QPointF each(segment.numbers[i].toDouble(), segment.numbers[i + 1].toDouble());
+        if (base + each != point) // compares as Qt does that leaves such lines out
+            return false;
     }
-    return changes ? spelledOut(reading, segments.size()) : data;
+    return true;
 }
 
 } // namespace
@@ -161,18 +171,61 @@ void writeInQtsForms(QVector<Declaration>& properties,
     for (int i = properties.size() - 1; i >= 0; --i) {
         Declaration& each = properties[i];
         const double whole = wholeOf(each.property, viewport);
-        if (each.property == QLatin1String("d"))
-            each.value = rewrittenPath(each.value);
-        else if (each.property.endsWith(QLatin1String("opacity")))
+        if (each.property.endsWith(QLatin1String("opacity")))
             each.value = inPixels(each.value, 1);
-        else if (each.property == QLatin1String("stroke-dasharray"))
-            each.value = rewrittenDashes(each.value, whole);
         else if (isGeometry(each.property) || isOneOf(each.property, {"stroke-width", "stroke-dashoffset"}))
             each.value = inPixels(each.value, whole);
         const bool isAuto = isOneOf(each.property, {"rx", "ry"}) && each.value == QLatin1String("auto");
-        const bool isWrong = each.property == QLatin1String("stroke-miterlimit") && each.value.toDouble() < 1;
+        const double value = each.value.toDouble();
+        const bool isWrong = (each.property == QLatin1String("stroke-miterlimit") && value < 1)
+                             || (each.property == QLatin1String("stroke-width") && value < 0);
         if (isAuto || isWrong)
             properties.removeAt(i);
     }
+    const Declaration* const width = find(properties, QStringLiteral("stroke-width"));
+    if (width && width->value.toDouble() > 0)
+        paint.strokeWidth = width->value.toDouble();
+    for (Declaration& each : properties) {
+        if (each.property == QLatin1String("d"))
+            each.value = pathForQt(each.value, paint.strokeWidth);
+        else if (each.property == QLatin1String("points"))
+            each.value = rewrittenPoints(each.value);
+        else if (each.property == QLatin1String("stroke-dasharray"))
+            each.value = rewrittenDashes(each.value, wholeOf(each.property, viewport), paint.strokeWidth);
+    }
     rewriteColors(properties, references, paint);
+}
+
+QString pathForQt(const QString& data, double strokeWidth)
+{
+    PathReading reading = readPathData(data);
+    const QVector<PathSegment> segments = reading.segments;
+    bool changes = reading.errorOffset >= 0 // an error ends the path where it stands (SVG 1.1, F.2)
+                   || std::any_of(segments.begin(), segments.end(), isFlatArc);
+    reading.segments.clear();
+    CurrentPoint point;
+    for (int begin = 0; begin < segments.size();) {
+        int end = begin;
+        if (isMove(segments[begin]))
+            point.follow(segments[end++]);
+        const QPointF start = point.at();
+        const int first = end;
+        bool isPoint = end < segments.size() && (end > begin || !isClose(segments[end]));
+        while (end < segments.size() && !isMove(segments[end])) {
+            isPoint = isPoint && staysIn(start, segments[end]);
+            point.follow(segments[end]);
+            if (isClose(segments[end++]))
+                break;
+        }
+        if (isPoint && end > first) {
+            // It has caps, but Qt leaves it out. It is not closed, or it would have corners in their place.
+            const PathSegment move{QLatin1Char('M'), {text(start.x()), text(start.y())}, 0, false};
+            reading.segments += {move, {QLatin1Char('h'), {text(hardly_a_line * strokeWidth)}, 0, false}, move};
+            changes = true;
+        } else {
+            reading.segments += segments.mid(begin, end - begin);
+        }
+        begin = end;
+    }
+    return changes ? spelledOut(reading, reading.segments.size()) : data;
 }

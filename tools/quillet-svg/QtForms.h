@@ -21,6 +21,7 @@ struct InheritedPaint
     QString color = QStringLiteral("black"); ///< that "currentColor" stands for
     Opacity fill;
     Opacity stroke;
+    double strokeWidth = 1;
 };
 
 /// Writes the values of an element's properties in the forms that Qt's SVG renderer knows: colours as
@@ -32,3 +33,6 @@ void writeInQtsForms(QVector<Declaration>& properties,
                      const QSizeF& viewport,
                      const References& references,
                      InheritedPaint& paint);
+
+/// Path data without what Qt draws otherwise, for a stroke of the width \a strokeWidth.
+QString pathForQt(const QString& data, double strokeWidth);
