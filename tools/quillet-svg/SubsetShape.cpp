@@ -5,10 +5,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace {
 
 constexpr double outline_size = 2000; ///< of a path while its stroke is made an outline
+constexpr double too_wide = 32768;    ///< for QPen, and so for the reader
 
 /// The colour that a brush has on average.
 QColor meanColor(const QBrush& brush)
@@ -79,7 +81,10 @@ QPainterPath outline(const QPainterPath& path, const QPen& pen, Qt::PenJoinStyle
     stroker.setMiterLimit(miterLimit);
     if (pen.style() != Qt::SolidLine) {
         stroker.setDashPattern(pen.dashPattern());
-        stroker.setDashOffset(pen.dashOffset());
+        // Qt goes from one dash to the next up to there.
+        const QVector<double> dashes = pen.dashPattern();
+        const double period = std::accumulate(dashes.begin(), dashes.end(), 0.0);
+        stroker.setDashOffset(period > 0 ? std::fmod(pen.dashOffset(), period) : 0);
     }
     const QPainterPath large = stroker.createStroke(QTransform::fromScale(scale, scale).map(path));
     return QTransform::fromScale(1 / scale, 1 / scale).map(large);
@@ -117,7 +122,8 @@ SubsetShape strokedShape(const QPainterPath& path, const QPen& pen, double scale
         if (shape.miterLimit <= 0)
             return shape;
     }
-    shape.width = pen.widthF() * scale;
+    const double width = pen.widthF() * scale;
+    shape.width = width < too_wide ? width : 0;
     return shape;
 }
 
@@ -204,8 +210,10 @@ SubsetWriter::SubsetWriter(const QSizeF& size) : m_size(size)
 
 void SubsetWriter::add(const SubsetShape& shape)
 {
-    const QString data = pathData(shape.path);
-    if (data.isEmpty())
+    const QString width = number(shape.width, m_decimals + 1);
+    const bool isStroked = shape.stroke.isValid() && width != QLatin1String("0"); // which the reader draws
+    const QString data = pathData(shape);
+    if (data.isEmpty() || !(isStroked || shape.fill.isValid()))
         return;
 
     QString attributes = attribute("d", data);
@@ -219,9 +227,9 @@ void SubsetWriter::add(const SubsetShape& shape)
         const bool winding = shape.path.fillRule() == Qt::WindingFill;
         attributes += attribute("fill-rule", winding ? QStringLiteral("nonzero") : QStringLiteral("evenodd"));
     }
-    if (shape.stroke.isValid()) {
+    if (isStroked) {
         addColor("stroke", "stroke-opacity", shape.stroke);
-        attributes += attribute("stroke-width", number(shape.width, m_decimals + 1));
+        attributes += attribute("stroke-width", width);
         if (shape.cap != Qt::FlatCap)
             attributes += attribute("stroke-linecap", QLatin1String(capName(shape.cap)));
         if (shape.join != Qt::MiterJoin)
@@ -254,8 +262,9 @@ QString SubsetWriter::number(double value, int decimals) const
     return text == QLatin1String("-0") ? QStringLiteral("0") : text;
 }
 
-QString SubsetWriter::pathData(const QPainterPath& path) const
+QString SubsetWriter::pathData(const SubsetShape& shape) const
 {
+    const QPainterPath& path = shape.path;
     QString data;
     QString start;
     QString last;
@@ -278,7 +287,14 @@ QString SubsetWriter::pathData(const QPainterPath& path) const
                 data += QLatin1Char('M') + start;
             }
         } else if (element.isLineTo()) {
-            last = point(element);
+            QString end = point(element);
+            const bool isWhole = !isOpen && (i + 1 == path.elementCount() || path.elementAt(i + 1).isMoveTo());
+            if (isWhole && end == start && shape.stroke.isValid()) {
+                // A line without length would lose its caps.
+                const double step = std::pow(10, -m_decimals);
+                end = point({element.x + step, element.y, element.type});
+            }
+            last = end;
             data += QLatin1Char('L') + last;
             isOpen = true;
         } else {

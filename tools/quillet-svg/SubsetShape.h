@@ -47,7 +47,7 @@ public:
 
 private:
     QString number(double value, int decimals) const;
-    QString pathData(const QPainterPath& path) const;
+    QString pathData(const SubsetShape& shape) const;
 
     QSizeF m_size;
     int m_decimals;
