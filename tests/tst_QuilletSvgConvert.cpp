@@ -10,6 +10,8 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtSvg/QSvgRenderer>
 
+#include <cmath>
+
 namespace {
 
 constexpr int picture_size = 200;
@@ -272,6 +274,73 @@ private Q_SLOTS:
         row("dot",
             "<path d='M50 50h0' stroke='red' stroke-width='40' stroke-linecap='round'/>",
             "<circle cx='50' cy='50' r='20' fill='red'/>");
+        const char* const dot = "<circle cx='20' cy='50' r='15' fill='red'/>";
+        for (const char* const point : {"<line x1='20' y1='50' x2='20' y2='50'/>",
+                                        "<polyline points='20 50 20 50'/>",
+                                        "<polygon points='20 50 20 50 20 50'/>",
+                                        "<path d='m20 50L20 50'/>",
+                                        "<path d='M20 50h0v0'/>",
+                                        "<path d='M20 50H20V50'/>",
+                                        "<path d='M20 50c0 0 0 0 0 0'/>",
+                                        "<path d='M20 50Q20 50 20 50T20 50'/>",
+                                        "<path d='M20 50S20 50 20 50'/>",
+                                        "<path d='M20 50A9 9 0 0 1 20 50'/>",
+                                        "<path d='M20 50A0 0 0 0 1 20 50z'/>",
+                                        "<path d='M20 50zM90 90'/>",
+                                        "<path d='M20 50l0 0m9 9'/>"}) {
+            row(point,
+                (QByteArray("<g stroke='red' stroke-width='30' stroke-linecap='round'>") + point + "</g>")
+                    .constData(),
+                dot);
+        }
+        row("dot and what goes on from it",
+            "<path d='M20 50zL80 50L80 80zl0 0' fill='none' stroke='red' stroke-width='6' "
+            "stroke-linecap='square'/>",
+            "<path d='M20 50L80 50L80 80z' fill='none' stroke='red' stroke-width='6'/>"
+            "<rect x='17' y='47' width='6' height='6' fill='red'/>");
+        row("moves without lines",
+            "<path d='M90 90M20 50M30 30L80 30zM50 70' stroke='red' stroke-width='6' "
+            "stroke-linecap='round'/><polyline points='70 70' stroke='red' stroke-width='30'/>",
+            "<path d='M30 30L80 30z' stroke='red' stroke-width='6' stroke-linecap='round'/>");
+        row("dot in a small view box",
+            "<svg width='100' height='100' viewBox='0 0 .05 .05'><path d='M.01 .025h0m.03 0h0' "
+            "stroke='red' stroke-width='.015' stroke-linecap='round'/></svg>",
+            "<circle cx='20' cy='50' r='15' fill='red'/><circle cx='80' cy='50' r='15' fill='red'/>");
+        row("dot in a large view box",
+            "<svg width='100' height='100' viewBox='0 0 1e5 1e5'><path d='M2e4 5e4h0' "
+            "stroke='red' stroke-width='3e4' stroke-linecap='round'/></svg>",
+            dot);
+        row("dot and relative lines behind it",
+            "<path d='M20 50h0m0 0l30 0l0 30z' fill='red'/>",
+            "<path d='M20 50h30v30z' fill='red'/>");
+        row("dashes without length in a small view box",
+            "<svg width='100' height='100' viewBox='0 0 .05 .05'>"
+            "<path stroke-dasharray='0 .015' stroke='red' stroke-width='.01' stroke-linecap='round' "
+            "d='M.01 .01h.02'/></svg>",
+            "<circle cx='20' cy='20' r='10' fill='red'/><circle cx='50' cy='20' r='10' fill='red'/>");
+        row("negative width",
+            "<g stroke='red' stroke-width='9'><path stroke-width='-3' d='M0 20h90'/></g>",
+            "<path stroke='red' stroke-width='9' d='M0 20h90'/>");
+        row("width of hardly anything",
+            "<rect width='50' height='50' fill='red' stroke='blue' stroke-width='.000001'/>"
+            "<path d='M0 70h90' stroke='blue' stroke-width='.000001'/>",
+            red);
+        row("points up to an error",
+            "<polygon points='2 2 20 2 20 20 foo 2 20' fill='red'/>"
+            "<polyline points='42 2 60 2 60 20 42' fill='red'/>",
+            "<polygon points='2 2 20 2 20 20' fill='red'/><polygon points='42 2 60 2 60 20' fill='red'/>");
+        for (const char* const offset : {"1e10", "-1e10", "1000000000000", "-30000000007"}) {
+            const double rest = std::fmod(QByteArray(offset).toDouble(), 30);
+            row(offset,
+                (QByteArray("<path stroke-dasharray='20 10' stroke-width='9' stroke='red' d='M0 20h90' "
+                            "stroke-dashoffset='")
+                 + offset + "'/>")
+                    .constData(),
+                (QByteArray("<path stroke-dasharray='20 10' stroke-width='9' stroke='red' d='M0 20h90' "
+                            "stroke-dashoffset='")
+                 + QByteArray::number(rest) + "'/>")
+                    .constData());
+        }
         row("current colour in small letters",
             "<g color='red'><rect fill='currentcolor' width='50' height='50'/></g>",
             red);
@@ -713,6 +782,8 @@ private Q_SLOTS:
         row("transform", "<rect style='rotate:9deg' width='9' height='9'/>");
         row("transform", "<rect transform='rotate(9deg)' width='9' height='9'/>");
         row("transform", "<rect transform='scale(2)' transform-origin='5 5' width='9' height='9'/>");
+        row("stroke-width", "<rect width='9' height='9' stroke='red' stroke-width='32768'/>");
+        row("stroke-width", "<g style='stroke-width:1e3cm'><rect width='9' height='9' stroke='red'/></g>");
         row("dashes", "<path stroke-dasharray='1e-6' stroke='red' d='M0 0h9'/>");
         row("dashes", "<path pathLength='1e9' stroke-dasharray='1' stroke='red' d='M0 0h9'/>");
         row("unknown-property", "<rect style='width:5px' width='9' height='9'/>");
@@ -806,6 +877,36 @@ private Q_SLOTS:
         compareWithQt(conversion, document("<path stroke='red' stroke-width='9' d='M10 10h50v50'/>"));
         QCOMPARE(lostRules(conversion),
                  (QStringList{QStringLiteral("value"), QStringLiteral("value"), QStringLiteral("value")}));
+    }
+
+    void listsOfTransformsMayBeLong()
+    {
+        const QString list = QStringLiteral("translate(1,0) translate(-1 0),").repeated(50'000);
+        const Conversion conversion = convertSvg(document(
+            QStringLiteral("<rect transform='%1' width='9' height='9'/>").arg(list).toLatin1().constData()));
+        QCOMPARE(lostRules(conversion), QStringList());
+        QCOMPARE(lostRules(convertSvg(document("<rect transform='translate(1) scale(2) x' width='9'/>"))),
+                 QStringList{QStringLiteral("transform")});
+    }
+
+    void drawingsMayBeOfAnySize()
+    {
+        const Conversion conversion = convertSvg(
+            document("<rect width='1' height='1'/>", "width='1e308' height='1e308' viewBox='0 0 1 1'"));
+        QCOMPARE(conversion.error, QString());
+        QCOMPARE(conversion.frame.size, QSizeF(1e308, 1e308));
+    }
+
+    void aStrokeWiderThanThePenOfTheReaderIsFilled()
+    {
+        const Conversion conversion =
+            convertSvg(document("<path d='M50 0v100' stroke='red' stroke-width='20'/>",
+                                "width='1000000' height='1000000' viewBox='0 0 100 100'"));
+        QCOMPARE(lostRules(conversion), QStringList());
+        QVERIFY(!conversion.text.contains(QLatin1String("stroke-width")));
+        Quillet::PainterPathContainer picture;
+        QVERIFY(Quillet::parseSvg(conversion.text, picture));
+        QCOMPARE(picture.getPaths().front()->getPath().boundingRect(), QRectF(400'000, 0, 200'000, 1'000'000));
     }
 
     void namesWhatTheRootLoses()

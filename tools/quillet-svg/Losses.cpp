@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr double too_wide = 32768; ///< for QPen
+
 Finding lost(const Position& position, const char* rule, const QString& message, const QString& advice)
 {
     return {Finding::Lost, position, QLatin1String(rule), message, advice};
@@ -61,10 +63,16 @@ bool isTransformed(const XmlElement& element, const QVector<Declaration>& proper
 /// Whether \a text is a list of transforms (SVG 1.1, 7.6), or nothing.
 bool isTransformList(const QString& text)
 {
-    static const QRegularExpression list(
-        QStringLiteral("^\\s*(none|((matrix|translate|scale|rotate|skewX|skewY)\\s*\\([-+.0-9eE,\\s]*\\)"
-                       "[\\s,]*)*)$"));
-    return list.match(text).hasMatch();
+    // One by one: a list may be longer than one expression can match.
+    static const QRegularExpression transform(
+        QStringLiteral("\\G[\\s,]*(matrix|translate|scale|rotate|skewX|skewY)\\s*\\([-+.0-9eE,\\s]*\\)"));
+    static const QRegularExpression notSeparator(QStringLiteral("[^\\s,]"));
+    if (text.trimmed() == QLatin1String("none"))
+        return true;
+    int end = 0;
+    for (auto matches = transform.globalMatch(text); matches.hasNext();)
+        end = matches.next().capturedEnd();
+    return text.indexOf(notSeparator, end) < 0;
 }
 
 /// Whether the property of \a element has to be a number, or numbers.
@@ -156,27 +164,12 @@ QVector<Finding> errorsInPath(const XmlElement& element)
 
 QVector<Finding> errorsInPoints(const XmlElement& element)
 {
-    static const QRegularExpression number(
-        QStringLiteral("\\G[\\s,]*([-+]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][-+]?\\d+)?)"));
-    static const QRegularExpression notSeparator(QStringLiteral("[^\\s,]"));
     const XmlAttribute* const points = element.find(QStringLiteral("points"));
     if (!points || !isOneOf(localName(element.name), {"polygon", "polyline"}))
         return {};
-    int count = 0;
-    int last = 0; // where the last number stands
-    int end = 0;
-    for (auto matches = number.globalMatch(points->value); matches.hasNext(); ++count) {
-        const QRegularExpressionMatch match = matches.next();
-        last = match.capturedStart(1);
-        end = match.capturedEnd();
-    }
-    const int wrong = points->value.indexOf(notSeparator, end);
-    if (wrong >= 0) {
-        return {errorIn(
-            *points, wrong, QStringLiteral("“%1” is no number").arg(points->value.mid(wrong, 20).trimmed()))};
-    }
-    if (count % 2 != 0)
-        return {errorIn(*points, last, QStringLiteral("the last point has no y"))};
+    const PointsReading reading = readPoints(points->value);
+    if (reading.errorOffset >= 0)
+        return {errorIn(*points, reading.errorOffset, reading.error)};
     return {};
 }
 
@@ -217,6 +210,13 @@ QVector<Finding> takeLossesInNumbers(const XmlElement& element, QVector<Declarat
     const auto isLost = [&](const Declaration& each) {
         if (!isNumeric(each.property, element))
             return false;
+        if (each.property == QLatin1String("stroke-width") && each.value.toDouble() >= too_wide) {
+            losses.append(lost(positionOf(element, each.property),
+                               "stroke-width",
+                               QStringLiteral("the width %1 is more than Qt draws").arg(each.value),
+                               QStringLiteral("scale the drawing down")));
+            return true;
+        }
         const bool isDashes = each.property == QLatin1String("stroke-dasharray");
         const QString number =
             firstThatIsNone(isDashes ? each.value.split(QLatin1Char(' ')) : QStringList(each.value));
