@@ -506,6 +506,10 @@ private Q_SLOTS:
         row("inner document without size",
             "<rect width='50' height='50' fill='red'/><svg width='0'><circle r='9'/></svg>",
             red);
+        row("inner document with a view box without size",
+            "<rect width='50' height='50' fill='red'/>"
+            "<svg viewBox='0 0 0 9'><circle r='9'/></svg><svg height='0%'><circle r='9'/></svg>",
+            red);
 
         row("extension that nobody has",
             "<rect width='50' height='50' fill='red'/><rect requiredExtensions='urn:x' width='90' "
@@ -879,6 +883,52 @@ private Q_SLOTS:
                  (QStringList{QStringLiteral("value"), QStringLiteral("value"), QStringLiteral("value")}));
     }
 
+    void nothingIsDrawnWhereTheRootHasNoSize_data()
+    {
+        QTest::addColumn<QString>("attributes");
+        for (const char* const attributes : {"width='0' height='10'",
+                                             "width='10' height='0.0px'",
+                                             "width='0%'",
+                                             "width='0' viewBox='0 0 10 10'",
+                                             "width='10' height='10' viewBox='0 0 0 10'",
+                                             "viewBox='0 0 10 0'"})
+            QTest::newRow(attributes) << QString::fromLatin1(attributes);
+    }
+
+    void nothingIsDrawnWhereTheRootHasNoSize()
+    {
+        QFETCH(QString, attributes);
+        const Conversion conversion =
+            convertSvg(document("<rect width='9' height='9'/>", attributes.toLatin1().constData()));
+        QCOMPARE(conversion.error, QString());
+        QCOMPARE(conversion.shapes, 0);
+        QCOMPARE(conversion.losses.size(), 1);
+        QCOMPARE(conversion.losses.first().rule, QStringLiteral("view-box"));
+        QCOMPARE(conversion.losses.first().weight, Finding::Note);
+        Quillet::PainterPathContainer picture;
+        QVERIFY(Quillet::parseSvg(conversion.text, picture));
+    }
+
+    void saysThatAViewBoxIsNone_data()
+    {
+        QTest::addColumn<QString>("viewBox");
+        for (const char* const viewBox :
+             {"0 0 24", "0 0 24 24 24", "0 0 24px 24px", "0 0 -24 24", "none", ""})
+            QTest::newRow(viewBox) << QString::fromLatin1(viewBox);
+    }
+
+    void saysThatAViewBoxIsNone()
+    {
+        QFETCH(QString, viewBox);
+        const QString attributes = QStringLiteral("width='90' height='90' viewBox='%1'").arg(viewBox);
+        const Conversion conversion =
+            convertSvg(document("<rect width='9' height='9'/>", attributes.toLatin1().constData()));
+        QCOMPARE(conversion.shapes, 1);
+        QCOMPARE(conversion.losses.size(), 1);
+        QCOMPARE(conversion.losses.first().rule, QStringLiteral("view-box"));
+        QCOMPARE(conversion.losses.first().weight, Finding::Note);
+    }
+
     void listsOfTransformsMayBeLong()
     {
         const QString list = QStringLiteral("translate(1,0) translate(-1 0),").repeated(50'000);
@@ -906,7 +956,8 @@ private Q_SLOTS:
         QVERIFY(!conversion.text.contains(QLatin1String("stroke-width")));
         Quillet::PainterPathContainer picture;
         QVERIFY(Quillet::parseSvg(conversion.text, picture));
-        QCOMPARE(picture.getPaths().front()->getPath().boundingRect(), QRectF(400'000, 0, 200'000, 1'000'000));
+        QCOMPARE(picture.getPaths().front()->getPath().boundingRect(),
+                 QRectF(400'000, 0, 200'000, 1'000'000));
     }
 
     void namesWhatTheRootLoses()

@@ -8,23 +8,6 @@
 
 namespace {
 
-QRectF readViewBox(const QString& text)
-{
-    static const QRegularExpression separators(QStringLiteral("[\\s,]+"));
-    const QStringList parts = text.split(separators, Qt::SkipEmptyParts);
-    if (parts.size() != 4)
-        return {};
-    double numbers[4] = {};
-    for (int i = 0; i < 4; ++i) {
-        bool ok = false;
-        numbers[i] = parts[i].toDouble(&ok);
-        if (!ok || !std::isfinite(numbers[i]))
-            return {};
-    }
-    const QRectF box(numbers[0], numbers[1], numbers[2], numbers[3]);
-    return box.isEmpty() ? QRectF() : box;
-}
-
 /// 0 for "Min", 0.5 for "Mid" and 1 for "Max" in a text such as "xMidYMax"; \a axis is "x" or "Y".
 double alignment(const QString& text, QChar axis)
 {
@@ -48,6 +31,24 @@ QRectF place(const QRectF& box, const QSizeF& size, const QString& aspectRatio)
 }
 
 } // namespace
+
+std::optional<QRectF> readViewBox(const QString& text)
+{
+    static const QRegularExpression separators(QStringLiteral("[\\s,]+"));
+    const QStringList parts = text.split(separators, Qt::SkipEmptyParts);
+    if (parts.size() != 4)
+        return std::nullopt;
+    double numbers[4] = {};
+    for (int i = 0; i < 4; ++i) {
+        bool ok = false;
+        numbers[i] = parts[i].toDouble(&ok);
+        if (!ok || !std::isfinite(numbers[i]))
+            return std::nullopt;
+    }
+    if (numbers[2] < 0 || numbers[3] < 0)
+        return std::nullopt;
+    return QRectF(numbers[0], numbers[1], numbers[2], numbers[3]);
+}
 
 double absoluteLength(const QString& text)
 {
@@ -100,7 +101,9 @@ Frame readFrame(const QString& width,
                 const QString& preserveAspectRatio)
 {
     Frame frame;
-    frame.viewBox = readViewBox(viewBox);
+    const QRectF box = readViewBox(viewBox).value_or(QRectF());
+    frame.isEmpty = isZeroLength(width) || isZeroLength(height) || (readViewBox(viewBox) && box.isEmpty());
+    frame.viewBox = box.isEmpty() ? QRectF() : box;
     double w = absoluteLength(width);
     double h = absoluteLength(height);
     if (!frame.viewBox.isNull()) {

@@ -1,6 +1,7 @@
 #include "Losses.h"
 
 #include "AttributeRules.h"
+#include "Frame.h"
 #include "Names.h"
 #include "PathGrammar.h"
 
@@ -173,12 +174,25 @@ QVector<Finding> errorsInPoints(const XmlElement& element)
     return {};
 }
 
+/// A view box that is none, and is ignored.
+QVector<Finding> errorsInViewBox(const XmlElement& element)
+{
+    const XmlAttribute* const viewBox = element.find(QStringLiteral("viewBox"));
+    if (!viewBox || !isOneOf(localName(element.name), {"svg", "symbol"}) || readViewBox(viewBox->value))
+        return {};
+    return {{Finding::Note,
+             viewBox->valuePosition,
+             QStringLiteral("view-box"),
+             QStringLiteral("“%1” is no view box and is ignored").arg(viewBox->value),
+             QStringLiteral("write four numbers, with a width and a height that are not negative")}};
+}
+
 } // namespace
 
 QVector<Finding>
 lossesIn(const XmlElement& element, const QVector<Declaration>& properties, const References& references)
 {
-    QVector<Finding> losses = errorsInPath(element) + errorsInPoints(element);
+    QVector<Finding> losses = errorsInPath(element) + errorsInPoints(element) + errorsInViewBox(element);
     for (const Declaration& each : properties)
         losses += lossesOf(element, each, properties, references);
     const XmlAttribute* const transform = element.find(QStringLiteral("transform"));

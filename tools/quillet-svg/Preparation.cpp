@@ -157,13 +157,22 @@ private:
         m_writer.writeAttribute(QStringLiteral("xmlns:xlink"),
                                 QStringLiteral("http://www.w3.org/1999/xlink"));
         QVector<Declaration> attributes = inside.properties;
+        if (frame.viewBox.isNull())
+            remove(attributes, {"viewBox"}); // Qt would take what is none
         const QVector<Mark> marks = takeMarks(attributes, 0);
         writeAttributes(attributes, {});
         writeGradients();
         writeMarks(marks);
         m_pending.append(Pending{-1, nullptr, nullptr, marks.size()});
-        if (rendered)
+        if (frame.isEmpty) {
+            say(Finding::Note,
+                root,
+                "view-box",
+                QStringLiteral("nothing is drawn: the drawing has a width or a height of 0"),
+                QStringLiteral("give it a size, or none"));
+        } else if (rendered) {
             appendChildren(0, inside);
+        }
         writePending();
     }
 

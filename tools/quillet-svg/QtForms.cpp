@@ -220,7 +220,8 @@ QString pathForQt(const QString& data, double strokeWidth)
         if (isPoint && end > first) {
             // It has caps, but Qt leaves it out. It is not closed, or it would have corners in their place.
             const PathSegment move{QLatin1Char('M'), {text(start.x()), text(start.y())}, 0, false};
-            reading.segments += {move, {QLatin1Char('h'), {text(hardly_a_line * strokeWidth)}, 0, false}, move};
+            reading.segments +=
+                {move, {QLatin1Char('h'), {text(hardly_a_line * strokeWidth)}, 0, false}, move};
             changes = true;
         } else {
             reading.segments += segments.mid(begin, end - begin);

@@ -288,7 +288,8 @@ QString SubsetWriter::pathData(const SubsetShape& shape) const
             }
         } else if (element.isLineTo()) {
             QString end = point(element);
-            const bool isWhole = !isOpen && (i + 1 == path.elementCount() || path.elementAt(i + 1).isMoveTo());
+            const bool isWhole =
+                !isOpen && (i + 1 == path.elementCount() || path.elementAt(i + 1).isMoveTo());
             if (isWhole && end == start && shape.stroke.isValid()) {
                 // A line without length would lose its caps.
                 const double step = std::pow(10, -m_decimals);

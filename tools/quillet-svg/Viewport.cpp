@@ -37,7 +37,7 @@ Viewport viewportOf(const XmlElement& content, const XmlElement* use, const QSiz
                                   content.attribute(QStringLiteral("preserveAspectRatio")));
     Viewport viewport;
     const bool isSized = !width.endsWith(QLatin1Char('%')) && !height.endsWith(QLatin1Char('%'));
-    viewport.isEmpty = isZeroLength(width) || isZeroLength(height);
+    viewport.isEmpty = frame.isEmpty;
     if (localName(content.name) == QLatin1String("svg")) {
         viewport.transform = translation(lengthOf(content.attribute(QStringLiteral("x")), around.width()),
                                          lengthOf(content.attribute(QStringLiteral("y")), around.height()));
