@@ -326,7 +326,7 @@ private Q_SLOTS:
             "<path d='M0 70h90' stroke='blue' stroke-width='.000001'/>",
             red);
         row("points up to an error",
-            "<polygon points='2 2 20 2 20 20 foo 2 20' fill='red'/>"
+            "<polygon points='2 2 20 2 20 20 . 5 40' fill='red'/>"
             "<polyline points='42 2 60 2 60 20 42' fill='red'/>",
             "<polygon points='2 2 20 2 20 20' fill='red'/><polygon points='42 2 60 2 60 20' fill='red'/>");
         for (const char* const offset : {"1e10", "-1e10", "1000000000000", "-30000000007"}) {

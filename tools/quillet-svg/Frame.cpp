@@ -101,9 +101,10 @@ Frame readFrame(const QString& width,
                 const QString& preserveAspectRatio)
 {
     Frame frame;
-    const QRectF box = readViewBox(viewBox).value_or(QRectF());
-    frame.isEmpty = isZeroLength(width) || isZeroLength(height) || (readViewBox(viewBox) && box.isEmpty());
-    frame.viewBox = box.isEmpty() ? QRectF() : box;
+    const std::optional<QRectF> box = readViewBox(viewBox);
+    frame.isEmpty = isZeroLength(width) || isZeroLength(height) || (box && box->isEmpty());
+    if (box && !box->isEmpty())
+        frame.viewBox = *box;
     double w = absoluteLength(width);
     double h = absoluteLength(height);
     if (!frame.viewBox.isNull()) {

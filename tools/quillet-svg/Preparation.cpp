@@ -352,7 +352,7 @@ private:
             openGroup(i, properties, transform + translation(x, y), {});
             append(target, inside, &now);
         } else if (isShape(name)) {
-            writeShape(i, name, properties, inside.paint.strokeWidth);
+            writeShape(i, name, properties, inside.paint);
         } else {
             QVector<Mark> marks;
             if (!viewport.area.isEmpty() && isClipped(properties))
@@ -413,19 +413,24 @@ private:
         m_pending.append(Pending{-1, nullptr, nullptr, marks.size()});
     }
 
-    void writeShape(int i, QString name, QVector<Declaration> properties, double strokeWidth)
+    void writeShape(int i, QString name, QVector<Declaration> properties, const InheritedPaint& paint)
     {
         if (hasNoSize(name, properties))
             return;
-        const bool isRect = name == QLatin1String("rect");
-        const QString path = isRect ? roundedRect(properties) : pointAsPath(name, properties);
+        QString path = pointAsPath(name, properties);
+        if (name == QLatin1String("rect")) {
+            const QString rounded = roundedRect(properties);
+            const bool isWrong = number(properties, "rx") < 0 || number(properties, "ry") < 0;
+            if (paint.isDashed || isWrong)
+                path = rounded;
+            if (rounded.isEmpty() || !path.isEmpty())
+                remove(properties, {"rx", "ry"});
+        }
         if (!path.isEmpty()) {
             name = QStringLiteral("path");
             remove(properties, {"x", "y", "width", "height", "x1", "y1", "x2", "y2", "points"});
-            set(properties, QStringLiteral("d"), pathForQt(path, strokeWidth));
+            set(properties, QStringLiteral("d"), pathForQt(path, paint.strokeWidth));
         }
-        if (isRect)
-            remove(properties, {"rx", "ry"});
         QVector<Mark> marks = takeMarks(properties, i);
         const double pathLength = number(properties, "pathLength");
         if (pathLength > 0)

@@ -193,6 +193,8 @@ void writeInQtsForms(QVector<Declaration>& properties,
         else if (each.property == QLatin1String("stroke-dasharray"))
             each.value = rewrittenDashes(each.value, wholeOf(each.property, viewport), paint.strokeWidth);
     }
+    if (const Declaration* const dashes = find(properties, QStringLiteral("stroke-dasharray")))
+        paint.isDashed = dashes->value != QLatin1String("none");
     rewriteColors(properties, references, paint);
 }
 

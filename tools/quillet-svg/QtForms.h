@@ -22,6 +22,7 @@ struct InheritedPaint
     Opacity fill;
     Opacity stroke;
     double strokeWidth = 1;
+    bool isDashed = false;
 };
 
 /// Writes the values of an element's properties in the forms that Qt's SVG renderer knows: colours as

@@ -84,7 +84,8 @@ QPainterPath outline(const QPainterPath& path, const QPen& pen, Qt::PenJoinStyle
         // Qt goes from one dash to the next up to there.
         const QVector<double> dashes = pen.dashPattern();
         const double period = std::accumulate(dashes.begin(), dashes.end(), 0.0);
-        stroker.setDashOffset(period > 0 ? std::fmod(pen.dashOffset(), period) : 0);
+        const double offset = std::fmod(pen.dashOffset(), period);
+        stroker.setDashOffset(std::isfinite(offset) ? offset : 0);
     }
     const QPainterPath large = stroker.createStroke(QTransform::fromScale(scale, scale).map(path));
     return QTransform::fromScale(1 / scale, 1 / scale).map(large);
