@@ -17,6 +17,8 @@
 #include <QtGui/QImage>
 
 #include <memory>
+#include <new>
+#include <utility>
 
 #ifdef Q_OS_LINUX
 #    include <csignal>
@@ -104,6 +106,36 @@ private Q_SLOTS:
         QCOMPARE(run.out, QString());
         QCOMPARE(run.status, int(WrongArguments));
         QVERIFY(!exists("a.png"));
+    }
+
+    void saysThatMemoryDoesNotSuffice()
+    {
+        // As a device that finds none left.
+        class Full : public QIODevice
+        {
+        public:
+            Full() { open(WriteOnly); }
+
+        protected:
+            qint64 readData(char* /*data*/, qint64 /*size*/) override { return -1; }
+            qint64 writeData(const char* /*data*/, qint64 size) override
+            {
+                if (!std::exchange(m_hasThrown, true))
+                    throw std::bad_alloc();
+                return size;
+            }
+
+        private:
+            bool m_hasThrown = false;
+        };
+        Full full;
+        QTextStream out(&full);
+        QString errors;
+        QTextStream err(&errors);
+        QCOMPARE(runQuilletSvg({QStringLiteral("quillet-svg"), QStringLiteral("--help")}, out, err),
+                 int(NoAccess));
+        err.flush();
+        QCOMPARE(errors, QStringLiteral("quillet-svg: not enough memory\n"));
     }
 
     void anEmptyFileNameIsAWrongArgument()

@@ -12,6 +12,7 @@
 #include <QtCore/QMap>
 
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -188,9 +189,14 @@ private:
 int runQuilletSvg(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
     Console console(out, err);
-    const int status = Program(console).run(arguments);
-    out.flush();
-    if (out.status() == QTextStream::WriteFailed)
-        return std::max(status, console.unwritten(QStringLiteral("-"), QStringLiteral("cannot be written")));
-    return status;
+    try {
+        const int status = Program(console).run(arguments);
+        out.flush();
+        if (out.status() == QTextStream::WriteFailed)
+            return std::max(status,
+                            console.unwritten(QStringLiteral("-"), QStringLiteral("cannot be written")));
+        return status;
+    } catch (const std::bad_alloc&) {
+        return console.failed(QStringLiteral("not enough memory"));
+    }
 }

@@ -15,6 +15,12 @@ int Console::misused(const QString& why)
     return WrongArguments;
 }
 
+int Console::failed(const QString& why)
+{
+    m_err << "quillet-svg: " << why << '\n';
+    return NoAccess;
+}
+
 int Console::unread(const QString& fileName, const QString& why)
 {
     m_err << "quillet-svg: " << printable(nameOfInput(fileName)) << ": " << why << '\n';

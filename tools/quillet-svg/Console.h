@@ -18,6 +18,7 @@ public:
     QTextStream& reportBeside(const QString& output);
 
     int misused(const QString& why);
+    int failed(const QString& why);
     int unread(const QString& fileName, const QString& why);
     int unwritten(const QString& fileName, const QString& why);
     int refused(const QString& fileName, const Position& position, const QString& why);
