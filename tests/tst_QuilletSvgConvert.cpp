@@ -8,6 +8,7 @@
 #include <Quillet/SvgFileParser.h>
 
 #include <QtCore/QXmlStreamReader>
+#include <QtGui/QPainter>
 #include <QtSvg/QSvgRenderer>
 
 #include <cmath>
@@ -790,6 +791,7 @@ private Q_SLOTS:
         row("stroke-width", "<g style='stroke-width:1e3cm'><rect width='9' height='9' stroke='red'/></g>");
         row("dashes", "<path stroke-dasharray='1e-6' stroke='red' d='M0 0h9'/>");
         row("dashes", "<path pathLength='1e9' stroke-dasharray='1' stroke='red' d='M0 0h9'/>");
+        row("overflow", "<path stroke-dasharray='.001' stroke='red' d='M0 0h20'/>");
         row("unknown-property", "<rect style='width:5px' width='9' height='9'/>");
         row("unknown-property", "<style>.a{r:5px}</style><circle class='a'/>");
         row("value", "<rect width='calc(1px + 2px)' height='9'/>");
@@ -1008,6 +1010,113 @@ private Q_SLOTS:
         QCOMPARE(conversion.losses.first().position.column,
                  document("").indexOf(QLatin1String("</svg>")) + 1);
         QCOMPARE(conversion.shapes, 200);
+    }
+
+    // The second document says what is seen without an opacity that several shapes have in common.
+    void partsWhatOverlaps_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("opaque");
+        const auto row = [](const char* name, const char* transform, const char* inside) {
+            const QString group = QStringLiteral("<g opacity='%1' transform='%2'>%3</g>");
+            const auto withOpacity = [&](const char* opacity) {
+                const QString whole =
+                    group.arg(QLatin1String(opacity), QLatin1String(transform), QLatin1String(inside));
+                return document(whole.toLatin1().constData(), "width='100' height='100' viewBox='0 0 40 40'");
+            };
+            QTest::newRow(name) << withOpacity(".5") << withOpacity("1");
+        };
+        row("square with a round stroke, and a circle",
+            "",
+            "<rect x='8' y='8' width='20' height='20' fill='red' stroke='blue' stroke-width='2' "
+            "stroke-linejoin='round'/><circle cx='18' cy='7' r='5' fill='#fa0' fill-opacity='.5'/>");
+        row("squares that share edges",
+            "rotate(45 20 20)",
+            "<rect x='20' y='20' width='10' height='10' fill='#fa0'/>"
+            "<rect x='12' y='20' width='10' height='10' fill='#fa0'/>"
+            "<rect x='6' y='20' width='8' height='8' fill='red'/><path d='M6 20h8v4l-4 4z' fill='#fa0'/>");
+        row("circles with strokes",
+            "rotate(10 20 20)",
+            "<circle cx='18' cy='18' r='10' fill='red' stroke='blue' stroke-width='4'/>"
+            "<circle cx='23' cy='18' r='10' fill='lime' fill-opacity='.5' stroke='blue' stroke-width='4'/>"
+            "<circle cx='18' cy='23' r='10' fill='#fa0' stroke='blue' stroke-width='4'/>"
+            "<circle cx='23' cy='23' r='10' fill='red' stroke='blue' stroke-width='4'/>");
+        row("the same shape twice",
+            "rotate(30 20 20)",
+            "<path d='M8 8h20v10l-10 10z' fill='red'/><path d='M8 8h20v10l-10 10z' fill='blue' "
+            "fill-opacity='.5'/>");
+        row("shapes that cross themselves",
+            "",
+            "<path d='M5 5L35 35V5L5 35z' fill='red' fill-rule='evenodd'/>"
+            "<path d='M20 2L31 36L2 15H38L9 36z' fill='blue'/>");
+        row("a small shape far from a large one",
+            "",
+            "<rect x='-100000' y='-100000' width='200000' height='100015' fill='red'/>"
+            "<circle cx='20' cy='15' r='8' fill='blue'/>");
+    }
+
+    void partsWhatOverlaps()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, opaque);
+        const Conversion conversion = convertSvg(text);
+        QCOMPARE(lostRules(conversion), QStringList());
+        const QImage actual = drawnByTheLibrary(conversion);
+        const QImage whole = drawnByQt(opaque, conversion.frame);
+        QImage expected(whole.size(), QImage::Format_ARGB32_Premultiplied);
+        expected.fill(Qt::transparent);
+        QPainter painter(&expected);
+        painter.setOpacity(0.5);
+        painter.drawImage(0, 0, whole);
+        painter.end();
+        QVERIFY(!isBlank(expected));
+        const Difference difference = compare(expected, actual);
+        QVERIFY2(difference.share < 0.02, // the lines along which areas meet
+                 qPrintable(QStringLiteral("%1 % of the pixels differ").arg(difference.share * 100)));
+    }
+
+    void whatIsPartedStaysShort()
+    {
+        const Conversion conversion =
+            convertSvg(document("<circle cx='20' cy='20' r='10' opacity='.5' stroke='red'/>"));
+        QVERIFY2(conversion.text.size() < 6000, qPrintable(QString::number(conversion.text.size())));
+    }
+
+    void whatDoesNotOverlapStaysAsItIs()
+    {
+        const Conversion conversion = convertSvg(
+            document("<g opacity='.5'><circle cx='20' cy='20' r='10' fill='red'/>"
+                     "<circle cx='60' cy='20' r='10' fill='none' stroke='red' stroke-width='2'/></g>"));
+        QCOMPARE(conversion.shapes, 2);
+        QCOMPARE(conversion.text.count(QLatin1Char('C')), 8);
+        QVERIFY(conversion.text.contains(QLatin1String("stroke-width=\"2\"")));
+    }
+
+    void aClipIsAsExactAsTheDrawingIsLarge()
+    {
+        const Conversion conversion = convertSvg(
+            document("<svg width='90' height='90'><circle cx='60' cy='45' r='40' fill='red'/></svg>"));
+        Quillet::PainterPathContainer picture;
+        QVERIFY(Quillet::parseSvg(conversion.text, picture));
+        const QPainterPath& path = picture.getPaths().front()->getPath();
+        for (int i = 0; i < path.elementCount(); ++i) {
+            const QPointF point = path.elementAt(i);
+            const double distance = std::hypot(point.x() - 60, point.y() - 45);
+            QVERIFY(distance < 40.05 && (distance > 39.95 || point.x() > 89.99));
+        }
+    }
+
+    void dashesAreLimitedInAll()
+    {
+        QString lines;
+        for (int i = 0; i < 60; ++i)
+            lines += QStringLiteral("<path stroke-dasharray='.001' stroke='red' d='M9 %1h9'/>").arg(i + 9);
+        const Conversion conversion = convertSvg(document(lines.toLatin1().constData()));
+        QCOMPARE(lostRules(conversion), QStringList{QStringLiteral("dashes")});
+        QCOMPARE(conversion.losses.first().message,
+                 QStringLiteral("behind the first 500,000 dashes, lines are drawn without gaps"));
+        // The dashes of 55 lines, and 5 lines.
+        QCOMPARE(conversion.text.count(QLatin1String("stroke-width")), 5);
     }
 
     void whatIsAsDeepAsMayBeIsDrawn()

@@ -1,27 +1,38 @@
 #include "Composition.h"
 
+#include "Area.h"
+#include "PictureDifference.h"
+
+#include <QtGui/QPainter>
+
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace {
 
-constexpr double layer_size = 2000; ///< of a layer while areas in it are parted
-constexpr double sliver = 0.02;     ///< likewise; what is narrower is not seen
 // A clip cuts what sticks out farther, as a share of its longer side. Coordinates are written no finer than
 // the first; a stroke that is cut is a stroke no more.
 constexpr double fill_hair = 1.0 / 100'000;
 constexpr double stroke_hair = 1.0 / 200;
 
-/// What is parted in the layers of a document at most.
+/// What is parted and cut in a document at most.
 struct Budget
 {
-    qint64 pairs = 50'000'000;     ///< of shapes
-    qint64 crossings = 40'000'000; ///< pairs of elements of paths, which may cross
+    qint64 pairs = 50'000'000;        ///< of shapes
+    qint64 crossings = 1'000'000'000; ///< pairs of edges, which may cross
 
     bool isSpent() const { return pairs < 0 || crossings < 0; }
 };
 
 constexpr double most_dashes = 100'000; ///< of one path
+constexpr double most_dashes_in_all = 500'000;
+
+// Pictures tell whether what was parted is drawn like what it was made of. They differ where areas meet,
+// which are lines; a blot is a pixel that differs like all around it.
+constexpr int proof_size = 128;
+constexpr int most_difference = 40;
+constexpr double most_blots = 1.0 / 1000; ///< of the pixels
 
 SubsetShape area(const QPainterPath& path, const QColor& color)
 {
@@ -79,39 +90,92 @@ QColor blended(const QColor& below, const QColor& above)
                             std::min(alpha, 1.0));
 }
 
+/// What the shapes draw, in a picture whose longer side is as long as that of \a box.
+QImage
+picture(const QVector<SubsetShape>& shapes, const QRectF& box, const QPainterPath& clip = QPainterPath())
+{
+    const double scale = proof_size / std::max({box.width(), box.height(), 1e-9});
+    QImage image((box.size() * scale).toSize().expandedTo(QSize(1, 1)), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, scale);
+    painter.translate(-box.topLeft());
+    if (!clip.isEmpty())
+        painter.setClipPath(clip);
+    for (const SubsetShape& shape : shapes) {
+        if (shape.fill.isValid())
+            painter.fillPath(shape.path, shape.fill);
+        if (shape.stroke.isValid()) {
+            QPen pen(shape.stroke, shape.width, Qt::SolidLine, shape.cap, shape.join);
+            pen.setMiterLimit(shape.miterLimit);
+            painter.strokePath(shape.path, pen);
+        }
+    }
+    return image;
+}
+
+/// Whether two pictures differ at most along lines, where areas meet.
+bool areAlike(const QImage& one, const QImage& other)
+{
+    const QImage map = differenceMap(
+        one, other, [](int difference) -> QRgb { return difference > most_difference ? 1 : 0; });
+    const auto differs = [&](int x, int y) {
+        return (reinterpret_cast<const QRgb*>(map.constScanLine(y))[x] & 1) != 0;
+    };
+    int blots = 0;
+    for (int y = 1; y + 1 < map.height(); ++y) {
+        for (int x = 1; x + 1 < map.width(); ++x) {
+            bool isBlot = differs(x, y);
+            for (int i = 0; i < 9 && isBlot; ++i)
+                isBlot = differs(x + i % 3 - 1, y + i / 3 - 1);
+            blots += isBlot ? 1 : 0;
+        }
+    }
+    return blots <= most_blots * map.width() * map.height();
+}
+
 /// Shapes with an opacity in common, parted so that none overlaps another.
 class Layer
 {
 public:
     Layer(const QVector<SubsetShape>& shapes, Budget& budget) : m_budget(budget)
     {
-        QRectF box;
-        for (const SubsetShape& shape : shapes)
-            box |= shape.path.controlPointRect();
-        m_scale = layer_size / std::max({box.width(), box.height(), 1e-6});
+        QVector<Part> parts;
         for (const SubsetShape& shape : shapes) {
-            const QVector<SubsetShape> parts = fillAndStroke(shape);
-            for (const SubsetShape& part : parts)
+            const QVector<SubsetShape> fillAndStroke = ::fillAndStroke(shape);
+            for (const SubsetShape& each : fillAndStroke) {
+                Part part;
+                part.shape = each;
+                part.color = each.fill.isValid() ? each.fill : each.stroke;
+                part.outline = each.fill.isValid() ? each.path : strokeArea(each);
+                part.box = part.outline.controlPointRect();
+                m_bounds |= part.box;
+                parts.append(part);
+            }
+        }
+        for (Part& part : parts) {
+            if (m_isExact)
                 add(part);
         }
+        m_isExact =
+            m_isExact
+            && (!m_hasOverlaps || areAlike(picture(shapes, m_bounds), picture(this->shapes(), m_bounds)));
     }
 
     /// Whether all could be parted.
     bool isExact() const { return m_isExact; }
 
-    QVector<SubsetShape> shapes(double opacity) const
+    QVector<SubsetShape> shapes() const
     {
         QVector<SubsetShape> result;
         for (const Part& part : m_parts) {
-            SubsetShape shape = part.shape;
-            if (part.isParted) {
-                if (part.area.isEmpty())
-                    continue;
-                shape = ::area(QTransform::fromScale(1 / m_scale, 1 / m_scale).map(part.area), part.color);
-            }
-            result.append(shape);
+            if (!part.isParted)
+                result.append(part.shape);
+            else if (!part.area.isEmpty())
+                result.append(::area(part.area.path(m_bounds), part.color));
         }
-        return faded(result, opacity);
+        return result;
     }
 
 private:
@@ -119,66 +183,73 @@ private:
     {
         SubsetShape shape;
         QColor color;
-        QPainterPath area; ///< scaled
-        QRectF box;        ///< of the area
-        bool isParted = false;
+        QPainterPath outline;
+        QRectF box; ///< in which the area lies
+        Area area;
+        bool hasArea = false;
+        bool isParted = false; ///< the area counts, not the shape
     };
 
-    static void setArea(Part& part, const QPainterPath& area)
+    void needArea(Part& part)
     {
-        part.area = area;
-        part.box = area.controlPointRect();
-        part.isParted = true;
+        if (!part.hasArea)
+            part.area = Area(part.outline, m_bounds, m_budget.crossings);
+        part.hasArea = true;
     }
 
-    void add(const SubsetShape& shape)
+    void setArea(Part& part, const Area& area)
     {
-        Part part;
-        part.shape = shape;
-        part.color = shape.fill.isValid() ? shape.fill : shape.stroke;
-        const QPainterPath path = shape.fill.isValid() ? shape.path : strokeArea(shape);
-        part.area = QTransform::fromScale(m_scale, m_scale).map(path);
-        part.box = part.area.controlPointRect();
+        part.area = area;
+        part.hasArea = true;
+        part.isParted = true;
+        m_isExact = m_isExact && area.isValid();
+    }
 
+    void add(Part part)
+    {
         m_budget.pairs -= m_parts.size();
         if (m_budget.isSpent() && !m_parts.isEmpty())
             m_isExact = false;
-        if (!m_isExact)
-            return;
         QVector<Part> blends;
-        for (Part& below : m_parts) {
+        for (int i = 0; i < m_parts.size() && m_isExact; ++i) {
+            Part& below = m_parts[i];
             if (!below.box.intersects(part.box))
                 continue;
-            const qint64 elements = below.area.elementCount() + part.area.elementCount();
-            m_budget.crossings -= elements * elements;
-            if (m_budget.isSpent()) {
-                m_isExact = false;
-                return;
-            }
-            const QPainterPath common = below.area.intersected(part.area);
-            const QRectF box = common.boundingRect();
-            if (box.width() <= sliver || box.height() <= sliver)
+            needArea(below);
+            needArea(part);
+            if (!below.area.box().intersects(part.area.box()))
                 continue;
+            const Overlap overlap(below.area, part.area, m_budget.crossings);
+            m_isExact = overlap.common.isValid();
+            if (overlap.common.isHair())
+                continue;
+            m_hasOverlaps = true;
             if (part.color.alpha() < 255) {
                 blends.append(Part());
                 blends.last().color = blended(below.color, part.color);
-                setArea(blends.last(), common);
-                setArea(part, part.area.subtracted(common));
-                setArea(below, below.area.subtracted(common));
+                blends.last().box = below.box & part.box;
+                setArea(blends.last(), overlap.common);
+                setArea(part, overlap.onlyOther);
+                setArea(below, overlap.onlyOne);
             } else if (below.color == part.color) {
-                setArea(part, part.area.united(below.area));
-                setArea(below, QPainterPath());
+                part.box |= below.box;
+                setArea(part, overlap.both);
+                setArea(below, Area());
             } else {
-                setArea(below, below.area.subtracted(part.area));
+                setArea(below, overlap.onlyOne);
+                // Painters draw the strokes of curves not so exactly as they are cut out here.
+                if (part.shape.stroke.isValid())
+                    setArea(part, part.area);
             }
         }
         m_parts.append(part);
         m_parts += blends;
     }
 
-    double m_scale = 1;
+    QRectF m_bounds;
     Budget& m_budget;
     bool m_isExact = true;
+    bool m_hasOverlaps = false;
     QVector<Part> m_parts;
 };
 
@@ -186,7 +257,7 @@ private:
 class Composer
 {
 public:
-    Composer() { m_scopes.append(Scope()); }
+    explicit Composer(const QRectF& frame) : m_frame(frame) { m_scopes.append(Scope()); }
 
     void add(const Painted& painted)
     {
@@ -202,7 +273,7 @@ public:
 
     Composition result()
     {
-        m_result.shapes = m_scopes.first().shapes;
+        m_result.shapes = clippedToFrame(m_scopes.first().shapes);
         return m_result;
     }
 
@@ -228,11 +299,14 @@ private:
         Painted result = painted;
         const double width = painted.pen.widthF() > 0 ? painted.pen.widthF() : 1;
         const double period = std::accumulate(dashes.begin(), dashes.end(), 0.0) * width;
-        if (length * dashes.size() > most_dashes * period) {
-            m_result.hasFineDashes = true;
+        const double count = length > 0 ? length * dashes.size() / period : 0;
+        const bool areMany = count <= most_dashes && !(m_dashes + count <= most_dashes_in_all);
+        if (areMany || !(count <= most_dashes)) {
+            (areMany ? m_result.hasManyDashes : m_result.hasFineDashes) = true;
             result.pen.setStyle(Qt::SolidLine);
             return result;
         }
+        m_dashes += count;
         result.pen.setDashPattern(dashes);
         result.pen.setDashOffset(painted.pen.dashOffset() * factor);
         return result;
@@ -244,31 +318,33 @@ private:
             return clipped(scope.shapes, scope.mark.area, scope.transform);
         if (scope.mark.kind != Mark::Layer)
             return scope.shapes;
-        const Layer layer(scope.shapes, m_budget);
+        const QVector<SubsetShape> shapes = clippedToFrame(scope.shapes);
+        const Layer layer(shapes, m_budget);
         if (layer.isExact())
-            return layer.shapes(scope.mark.opacity());
-        if (!m_result.coarseLayers.contains(scope.mark.element()))
-            m_result.coarseLayers.append(scope.mark.element());
-        return faded(scope.shapes, scope.mark.opacity());
+            return faded(layer.shapes(), scope.mark.opacity());
+        if (!m_result.mergedLayers.contains(scope.mark.element()))
+            m_result.mergedLayers.append(scope.mark.element());
+        return faded(shapes, scope.mark.opacity());
     }
 
+    QVector<SubsetShape> clippedToFrame(const QVector<SubsetShape>& shapes)
+    {
+        return m_frame.isNull() ? shapes : clipped(shapes, m_frame, QTransform());
+    }
+
+    /// What of \a shapes lies in \a rect, which \a transform places. What lies wholly in it stays as it is.
+    QVector<SubsetShape>
+    clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const QTransform& transform);
+
+    QRectF m_frame;
     QVector<Scope> m_scopes;
     Budget m_budget;
+    double m_dashes = 0;
     Composition m_result;
 };
 
-} // namespace
-
-Composition compose(const QVector<Painted>& painted)
-{
-    Composer composer;
-    for (const Painted& each : painted)
-        composer.add(each);
-    return composer.result();
-}
-
 QVector<SubsetShape>
-clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const QTransform& transform)
+Composer::clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const QTransform& transform)
 {
     QVector<SubsetShape> result;
     bool canBeInverted = false;
@@ -277,6 +353,7 @@ clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const QTransform
         return result;
     QPainterPath frame;
     frame.addRect(rect);
+    frame = transform.map(frame);
     for (const SubsetShape& shape : shapes) {
         const double reach = shape.stroke.isValid() ? shape.width * std::max(shape.miterLimit, 2.0) : 0;
         const QRectF box = shape.path.controlPointRect().adjusted(-reach, -reach, reach, reach);
@@ -297,10 +374,15 @@ clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const QTransform
                 continue;
             }
             isWhole = false;
-            QPainterPath seen = local.intersected(frame);
-            seen.setFillRule(covered.fillRule());
-            if (!seen.isEmpty())
-                result.append(area(transform.map(seen), isFill ? part.fill : part.stroke));
+            const Area seen(local, rect, m_budget.crossings);
+            const SubsetShape cut = area(transform.map(seen.path(rect)), isFill ? part.fill : part.stroke);
+            const bool isCut = seen.isValid()
+                               && areAlike(picture({part}, frame.boundingRect(), frame),
+                                           picture({cut}, frame.boundingRect()));
+            if (!isCut)
+                m_result.hasWholeShapes = true;
+            if (!isCut || !seen.isEmpty())
+                result.append(isCut ? cut : part);
         }
         if (isWhole) {
             result.resize(before);
@@ -308,4 +390,14 @@ clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const QTransform
         }
     }
     return result;
+}
+
+} // namespace
+
+Composition compose(const QVector<Painted>& painted, const QRectF& frame)
+{
+    Composer composer(frame);
+    for (const Painted& each : painted)
+        composer.add(each);
+    return composer.result();
 }

@@ -9,14 +9,12 @@
 struct Composition
 {
     QVector<SubsetShape> shapes;
-    QVector<int> coarseLayers;  ///< elements with an opacity whose shapes overlap in too many places
-    bool hasFineDashes = false; ///< so many dashes that the line became solid
+    QVector<int> mergedLayers;   ///< elements with an opacity whose shapes overlap and could not be parted
+    bool hasWholeShapes = false; ///< of which not all lies in their clip, which could not be cut
+    bool hasFineDashes = false;  ///< so many dashes that the line became solid
+    bool hasManyDashes = false;  ///< likewise in all lines together
 };
 
 /// Shapes are cut where a clip cuts them. In a layer nothing shows through what is painted over it: areas
-/// that overlap are parted.
-Composition compose(const QVector<Painted>& painted);
-
-/// What of \a shapes lies in \a rect, which \a transform places. What lies wholly in it stays as it is.
-QVector<SubsetShape>
-clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const QTransform& transform);
+/// that overlap are parted. Nothing is seen outside of \a frame, unless it is null.
+Composition compose(const QVector<Painted>& painted, const QRectF& frame);

@@ -54,15 +54,23 @@ Conversion convertSvg(const QString& text)
         QPainter painter(&recorder);
         paintWithQt(painter, renderer, result.frame);
     }
-    Composition composition = compose(recorder.painted());
-    for (const int element : qAsConst(composition.coarseLayers)) {
+    const Composition composition =
+        compose(recorder.painted(), prepared.clipsToFrame ? QRectF(QPointF(), result.frame.size) : QRectF());
+    for (const int element : composition.mergedLayers) {
         result.losses.append(
             {Finding::Lost,
              tree.elements()[element].position,
              QStringLiteral("opacity"),
-             QStringLiteral("shapes with an opacity in common overlap in too many places; one "
+             QStringLiteral("shapes with an opacity in common overlap, and could not be parted; one "
                             "shows through the other"),
              QStringLiteral("choose colours that need no opacity")});
+    }
+    if (composition.hasWholeShapes) {
+        result.losses.append({Finding::Lost,
+                              root.position,
+                              QStringLiteral("overflow"),
+                              QStringLiteral("a shape sticks out of its frame, and could not be cut there"),
+                              QStringLiteral("draw no more than is to be seen")});
     }
     if (composition.hasFineDashes) {
         result.losses.append({Finding::Lost,
@@ -71,11 +79,16 @@ Conversion convertSvg(const QString& text)
                               QStringLiteral("a line of more than 100,000 dashes is drawn without gaps"),
                               QStringLiteral("choose longer dashes")});
     }
+    if (composition.hasManyDashes) {
+        result.losses.append({Finding::Lost,
+                              root.position,
+                              QStringLiteral("dashes"),
+                              QStringLiteral("behind the first 500,000 dashes, lines are drawn without gaps"),
+                              QStringLiteral("choose longer dashes")});
+    }
     sortFindings(result.losses);
-    if (prepared.clipsToFrame)
-        composition.shapes = clipped(composition.shapes, QRectF(QPointF(), result.frame.size), QTransform());
     SubsetWriter writer(result.frame.size);
-    for (const SubsetShape& shape : qAsConst(composition.shapes)) {
+    for (const SubsetShape& shape : composition.shapes) {
         writer.add(shape);
         ++result.shapes;
     }

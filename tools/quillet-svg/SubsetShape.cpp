@@ -9,8 +9,9 @@
 
 namespace {
 
-constexpr double outline_size = 2000; ///< of a path while its stroke is made an outline
-constexpr double too_wide = 32768;    ///< for QPen, and so for the reader
+constexpr double outline_size = 2000;      ///< of a path while its stroke is made an outline
+constexpr double outline_threshold = 0.02; ///< likewise; with Qt's own, circles have corners
+constexpr double too_wide = 32768;         ///< for QPen, and so for the reader
 
 /// The colour that a brush has on average.
 QColor meanColor(const QBrush& brush)
@@ -79,6 +80,7 @@ QPainterPath outline(const QPainterPath& path, const QPen& pen, Qt::PenJoinStyle
     stroker.setCapStyle(pen.capStyle());
     stroker.setJoinStyle(join);
     stroker.setMiterLimit(miterLimit);
+    stroker.setCurveThreshold(outline_threshold);
     if (pen.style() != Qt::SolidLine) {
         stroker.setDashPattern(pen.dashPattern());
         // Qt goes from one dash to the next up to there.
