@@ -11,7 +11,7 @@ const QVector<QString>& readAttributes();
 /// Whether the reader refuses \a value for the attribute \a name, one of readAttributes().
 bool isRefused(const QString& name, const QString& value);
 
-/// Why it does, and what to write instead.
+/// What to write instead.
 QString refusalOf(const QString& name);
 
 /// How grave it is that an attribute, a property or an element is not followed.

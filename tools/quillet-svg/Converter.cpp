@@ -56,35 +56,34 @@ Conversion convertSvg(const QString& text)
     }
     const Composition composition =
         compose(recorder.painted(), prepared.clipsToFrame ? QRectF(QPointF(), result.frame.size) : QRectF());
+    const auto lose =
+        [&](const XmlElement& where, const char* rule, const QString& message, const QString& advice) {
+            result.losses.append({Finding::Lost, where.position, QLatin1String(rule), message, advice});
+        };
     for (const int element : composition.mergedLayers) {
-        result.losses.append(
-            {Finding::Lost,
-             tree.elements()[element].position,
-             QStringLiteral("opacity"),
+        lose(tree.elements()[element],
+             "opacity",
              QStringLiteral("shapes with an opacity in common overlap, and could not be parted; one "
                             "shows through the other"),
-             QStringLiteral("choose colours that need no opacity")});
+             QStringLiteral("choose colours that need no opacity"));
     }
     if (composition.hasWholeShapes) {
-        result.losses.append({Finding::Lost,
-                              root.position,
-                              QStringLiteral("overflow"),
-                              QStringLiteral("a shape sticks out of its frame, and could not be cut there"),
-                              QStringLiteral("draw no more than is to be seen")});
+        lose(root,
+             "overflow",
+             QStringLiteral("a shape sticks out of its frame, and could not be cut there"),
+             QStringLiteral("draw no more than is to be seen"));
     }
     if (composition.hasFineDashes) {
-        result.losses.append({Finding::Lost,
-                              root.position,
-                              QStringLiteral("dashes"),
-                              QStringLiteral("a line of more than 100,000 dashes is drawn without gaps"),
-                              QStringLiteral("choose longer dashes")});
+        lose(root,
+             "dashes",
+             QStringLiteral("a line of more than 100,000 dashes is drawn without gaps"),
+             QStringLiteral("choose longer dashes"));
     }
     if (composition.hasManyDashes) {
-        result.losses.append({Finding::Lost,
-                              root.position,
-                              QStringLiteral("dashes"),
-                              QStringLiteral("behind the first 500,000 dashes, lines are drawn without gaps"),
-                              QStringLiteral("choose longer dashes")});
+        lose(root,
+             "dashes",
+             QStringLiteral("behind the first 500,000 dashes, lines are drawn without gaps"),
+             QStringLiteral("choose longer dashes"));
     }
     sortFindings(result.losses);
     SubsetWriter writer(result.frame.size);

@@ -6,7 +6,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QTextStream>
 
-/// The name of a file, made to stay on one line of a terminal.
+/// \a text without what would leave its line on a terminal.
 QString printable(const QString& text);
 
 /// "FILE:LINE:COLUMN: lost: what was found [rule]; what to do", as compilers write it.
