@@ -304,6 +304,17 @@ private Q_SLOTS:
         row("second line", "<path d='M0 0\n h5 x5'/>", "refused 3:5 path-error");
         row("place behind a reference", "<path d='M0 0&#32;L5 x5'/>", "refused 2:22 path-error");
         row("numbers without space", "<path d='M.5.5-1-1l1e1-1E-1'/>", "");
+        row("round caps of a line without length",
+            "<path stroke='red' stroke-linecap='round' d='M1 1h9M5 5h0'/>",
+            "lost 2:52 caps");
+        row("square caps of two",
+            "<path stroke='red' stroke-linecap='square' d='M1 1z m4 4 l0 0'/>",
+            "lost 2:47 caps, lost 2:53 caps");
+        row("flat caps of a line without length", "<path stroke='red' d='M5 5h0'/>", "");
+        row("caps that nothing strokes", "<path stroke-linecap='round' d='M5 5h0'/>", "");
+        row("caps that are not seen",
+            "<path stroke='red' stroke-opacity='0' stroke-linecap='round' d='M5 5h0'/>",
+            "");
     }
 
     void findsWhatIsLost()
@@ -617,6 +628,46 @@ private Q_SLOTS:
         const PathReading reading = readPathData(data);
         QCOMPARE(spelledOut(reading, reading.segments.size()), spelled);
         QCOMPARE(reading.errorOffset, error);
+    }
+
+    void findsSubpathsWithoutLength_data()
+    {
+        QTest::addColumn<QString>("data");
+        QTest::addColumn<QVector<int>>("places");
+        const auto row = [](const char* data, const QVector<int>& places) {
+            QTest::newRow(data) << QString::fromLatin1(data) << places;
+        };
+        row("", {});
+        row("M1 2", {});
+        row("M1 2M3 4", {});
+        row("M1 2z", {0});
+        row("M1 2 1 2", {0});
+        row("M1 2h0", {0});
+        row("M1 2H1", {0});
+        row("M1 2H2", {});
+        row("M1 2V2", {0});
+        row("M1 2V1", {});
+        row("M1 2l0 0v0l0 0", {0});
+        row("M1 2l0 0v1", {});
+        row("M1 2l5 5-5-5", {});
+        row("M1 2c0 0 0 0 0 0", {0});
+        row("M1 2c0 0 3 0 0 0", {});
+        row("M1 2C1 2 1 2 1 2", {0});
+        row("M1 2C1 2 1 3 1 2", {});
+        row("M1 2q0 0 0 0t0 0", {0});
+        row("M1 2a5 5 0 0 1 0 0", {});
+        row("M1 2a0 5 0 0 1 3 3", {});
+        row("M1 2h5M3 4z", {6});
+        row("M1 2h5zz", {7});
+        row("M1 2zl5 5", {0});
+        row("M1 2h0m3 4h0m5 6h1", {0, 6});
+    }
+
+    void findsSubpathsWithoutLength()
+    {
+        QFETCH(QString, data);
+        QFETCH(QVector<int>, places);
+        QCOMPARE(subpathsWithoutLength(readPathData(data)), places);
     }
 
     void anErrorSaysWhatStandsWhere_data()

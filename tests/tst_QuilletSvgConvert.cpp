@@ -832,6 +832,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("inside");
         for (const char* const inside :
              {"<defs><text>t</text></defs>",
+              "<text/><text> <tspan>\n</tspan></text>",
               "<symbol><text>t</text></symbol>",
               "<g display='none'><text>t</text><image/></g>",
               "<text style='display:none'>t</text>",
@@ -863,6 +864,80 @@ private Q_SLOTS:
     {
         QFETCH(QString, inside);
         QCOMPARE(lostRules(convertSvg(document(inside.toLatin1().constData()))), QStringList());
+    }
+
+    void animationsAreNotedAndScriptsAreNot()
+    {
+        const Conversion conversion =
+            convertSvg(document("<script>draw()</script><rect width='9' height='9'><set/></rect><animate/>"));
+        QCOMPARE(conversion.losses.size(), 1);
+        QCOMPARE(conversion.losses.first().weight, Finding::Note);
+        QCOMPARE(conversion.losses.first().rule, QStringLiteral("animation"));
+    }
+
+    void negativeDashesAreNoValue()
+    {
+        const Conversion conversion =
+            convertSvg(document("<path stroke-dasharray='3 -1' stroke='red' d='M10 10h50'/>"));
+        compareWithQt(conversion, document("<path stroke='red' d='M10 10h50'/>"));
+        QCOMPARE(lostRules(conversion), QStringList{QStringLiteral("dashes")});
+        QVERIFY(conversion.losses.first().message.startsWith(QStringLiteral("“-1” is no value")));
+    }
+
+    void whatStandsInOtherFilesIsNamed()
+    {
+        const QString type = QStringLiteral("<!DOCTYPE svg [<!ENTITY a SYSTEM 'a.xml'>]>\n");
+        const auto convert = [&](const char* inside) {
+            return lostRules(convertSvg(type + document(inside)));
+        };
+        const QStringList named{QStringLiteral("entity")};
+        QCOMPARE(convert("<g>&a;</g>"), named);
+        QCOMPARE(convert("<defs>&a;</defs>"), named);
+        QCOMPARE(convert("<style>&a;</style>"), named);
+        QCOMPARE(convert("<desc>&a;</desc>"), QStringList());
+        QCOMPARE(convert("<x:g xmlns:x='urn:x'>&a;</x:g>"), QStringList());
+        QCOMPARE(convert("<text>&a;</text>"), QStringList{QStringLiteral("text")});
+    }
+
+    void whatIsTooSmallToBeWrittenDoesNotCount()
+    {
+        const Conversion conversion = convertSvg(
+            document("<rect width='9' height='9'/><path stroke='red' fill='none' stroke-width='1e-9' "
+                     "d='M10 10h9'/>"));
+        QCOMPARE(conversion.shapes, 1);
+        QCOMPARE(conversion.text.count(QLatin1String("<path")), 1);
+    }
+
+    void placesInStyleSheetsAreSaid_data()
+    {
+        QTest::addColumn<QString>("inside");
+        QTest::addColumn<QString>("places");
+        const auto row = [](const char* name, const char* inside, const char* places) {
+            QTest::newRow(name) << QString::fromLatin1(inside) << QString::fromLatin1(places);
+        };
+        row("selector", "<style>a:b{}</style>", "2:8");
+        row("selectors of one rule", "<style>rect, a:b,\n a:c{}</style>", "2:14 3:2");
+        row("rules", "<style>rect{fill:red}\n@import 'a';\n @media print{rect{fill:red}}</style>", "3:1 4:2");
+        row("in a rule", "<style>@media screen{\n  a:b{}}</style>", "3:3");
+        row("behind comments", "<style>/* a */rect{}/*\n\n*/ a:b{}/**/a:/**/c{}</style>", "4:4 4:13");
+        row("in a section of characters", "<style>\n<![CDATA[\na:b{} ]]>\n</style>", "4:1");
+        row("behind an instruction", "<style><?a?>a:b{}</style>", "2:13");
+        row("behind a comment", "<style><!-- a -->a:b{}</style>", "2:18");
+        row("in a section behind a comment", "<style><!-- a --><![CDATA[a:b{}]]></style>", "2:27");
+        row("behind line ends", "<style>\r\nrect{}\r\na:b{}</style>", "4:1");
+        row("behind a reference", "<style>g&gt;a{} a:b{}</style>", "2:17");
+        row("in pieces", " <style>a:b{}<![CDATA[a:c{}]]></style>", "2:2 2:2");
+    }
+
+    void placesInStyleSheetsAreSaid()
+    {
+        QFETCH(QString, inside);
+        QFETCH(QString, places);
+        QStringList said;
+        const Conversion conversion = convertSvg(document(qPrintable(QLatin1Char('\n') + inside)));
+        for (const Finding& each : conversion.losses)
+            said.append(QStringLiteral("%1:%2").arg(each.position.line).arg(each.position.column));
+        QCOMPARE(said.join(QLatin1Char(' ')), places);
     }
 
     void identifiersInStylesKeepTheirCase()

@@ -195,14 +195,15 @@ void Cascade::read(const XmlElement& style)
                    QStringLiteral("the style sheet is for “%1” and not read").arg(media),
                    QStringLiteral("write what it says as attributes"));
     }
-    const QStringList unread = m_styleSheet.add(style.text);
-    for (const QString& each : unread) {
-        const bool isRule = each.startsWith(QLatin1Char('@'));
-        say(style.position,
+    PlacesInValue places(style.rawText, style.textPosition);
+    const QVector<StyleSheet::Unread> unread = m_styleSheet.add(style.text);
+    for (const StyleSheet::Unread& each : unread) {
+        const bool isRule = each.what.startsWith(QLatin1Char('@'));
+        say(places.at(each.offset),
             isRule ? "style-sheet" : "selector",
             (isRule ? QStringLiteral("the rule %1 of a style sheet is not followed")
                     : QStringLiteral("the selector “%1” is not followed"))
-                .arg(each),
+                .arg(each.what),
             isRule ? QStringLiteral("write what it says as attributes")
                    : QStringLiteral("give the elements a class, and name that"));
     }

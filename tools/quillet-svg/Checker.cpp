@@ -26,9 +26,8 @@ class Checker
 {
 public:
     Checker(const XmlTree& tree, const Quillet::PainterPathContainer& picture)
-        : m_elements(tree.elements()),
-          m_links(tree.styleSheetLinks()),
-          m_entities(tree.unknownEntities()),
+        : m_tree(tree),
+          m_elements(tree.elements()),
           m_references(m_elements),
           m_picture(picture),
           m_before(m_elements.size() + 1)
@@ -48,15 +47,17 @@ public:
     {
         if (!checkRoot())
             return m_findings;
-        for (const Position& link : m_links) {
+        for (const Position& link : m_tree.styleSheetLinks()) {
             say(Finding::Lost,
                 link,
                 QStringLiteral("style-sheet"),
                 QStringLiteral("the style sheet in another file is not read"),
                 QStringLiteral("write the properties as attributes"));
         }
-        for (const EntityReference& each : m_entities)
-            checkEntity(each);
+        for (const EntityReference& each : m_tree.unknownEntities()) {
+            if (isEntered(each.element))
+                m_findings.append(findingFor(each));
+        }
         checkReferences();
         checkShapes();
         return m_findings;
@@ -147,17 +148,6 @@ private:
             QStringLiteral("use"),
             m_references.error() + QStringLiteral("; “quillet-svg convert” refuses the file for it"),
             m_references.advice());
-    }
-
-    void checkEntity(const EntityReference& entity)
-    {
-        if (!isEntered(entity.element))
-            return;
-        say(Finding::Lost,
-            entity.position,
-            QStringLiteral("entity"),
-            QStringLiteral("what “&%1;” stands for is not in the file, and not read").arg(entity.name),
-            QStringLiteral("write it out in its place"));
     }
 
     /// Names what keeps SVG from drawing anything (SVG 1.1, 5.1.2 and 7.7).
@@ -339,7 +329,7 @@ private:
             const Quillet::PainterPath& shape = *m_picture.getPaths()[m_shape];
             const Presentation presentation = inherited(around, path);
             m_findings += checkPresentation(path, presentation, shape);
-            checkLimit(path, shape.getPen());
+            checkStroke(path, shape.getPen());
             m_layered.append({&shape,
                               presentation.fillOpacity * presentation.opacity,
                               presentation.strokeOpacity * presentation.opacity});
@@ -374,9 +364,14 @@ private:
             QStringLiteral("run “quillet-svg convert”, which parts them"));
     }
 
-    void checkLimit(const XmlElement& path, const QPen& pen)
+    void checkStroke(const XmlElement& path, const QPen& pen)
     {
-        if (!pen.color().isValid() || pen.joinStyle() != Qt::MiterJoin || pen.miterLimit() >= 1)
+        if (!pen.color().isValid())
+            return;
+        const XmlAttribute* data = path.find(QStringLiteral("d"));
+        if (data && pen.color().alpha() > 0 && pen.widthF() > 0 && pen.capStyle() != Qt::FlatCap)
+            m_findings += checkCaps(*data);
+        if (pen.joinStyle() != Qt::MiterJoin || pen.miterLimit() >= 1)
             return;
         say(Finding::Lost,
             path.position,
@@ -501,7 +496,9 @@ private:
             message += QStringLiteral(", with everything in it");
         }
         const bool isSheet = local == QLatin1String("style"); // which acts wherever it stands
-        if (!isSheet && (isEmptyText(element) || !inherited(around, element).isDisplayed)) {
+        if (!isSheet
+            && ((local == QLatin1String("text") && isEmptyText(m_tree, self))
+                || !inherited(around, element).isDisplayed)) {
             ignored.weight = Finding::Note;
             ignored.advice = QStringLiteral("nothing needs to be done");
         }
@@ -520,20 +517,6 @@ private:
         }
     }
 
-    bool isEmptyText(const XmlElement& element) const
-    {
-        const int self = indexOf(element);
-        return localName(element.name) == QLatin1String("text")
-               && std::all_of(m_elements.begin() + self,
-                              m_elements.begin() + element.end,
-                              [](const XmlElement& each) {
-                                  return each.text.isEmpty() && localName(each.name) != QLatin1String("tref");
-                              })
-               && std::none_of(m_entities.begin(), m_entities.end(), [&](const EntityReference& each) {
-                      return each.element >= self && each.element < element.end;
-                  });
-    }
-
     /// How many elements there are.
     struct Count
     {
@@ -541,9 +524,8 @@ private:
         int strokes = 0; ///< that say what to stroke with
     };
 
+    const XmlTree& m_tree;
     const QVector<XmlElement>& m_elements;
-    const QVector<Position>& m_links;
-    const QVector<EntityReference>& m_entities;
     const References m_references;
     const Quillet::PainterPathContainer& m_picture;
     QVector<Stated> m_stated;

@@ -88,8 +88,7 @@ Conversion convertSvg(const QString& text)
     sortFindings(result.losses);
     SubsetWriter writer(result.frame.size);
     for (const SubsetShape& shape : composition.shapes) {
-        writer.add(shape);
-        ++result.shapes;
+        result.shapes += writer.add(shape) ? 1 : 0;
     }
     result.text = writer.document();
     return result;

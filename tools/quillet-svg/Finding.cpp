@@ -12,6 +12,15 @@ auto keyOf(const Finding& finding)
 
 } // namespace
 
+Finding findingFor(const EntityReference& entity)
+{
+    return {Finding::Lost,
+            entity.position,
+            QStringLiteral("entity"),
+            QStringLiteral("what “&%1;” stands for is not in the file, and not read").arg(entity.name),
+            QStringLiteral("write it out in its place")};
+}
+
 void sortFindings(QVector<Finding>& findings)
 {
     const auto comesBefore = [](const Finding& one, const Finding& other) {

@@ -25,6 +25,9 @@ struct Finding
     Position series = {0, 0};
 };
 
+/// What to say about an entity that is not read.
+Finding findingFor(const EntityReference& entity);
+
 /// Puts the findings in the order of the document. What is found in a place more than once, since "use"
 /// repeats it, is said once.
 void sortFindings(QVector<Finding>& findings);

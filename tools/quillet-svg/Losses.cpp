@@ -4,14 +4,14 @@
 #include "Frame.h"
 #include "Names.h"
 #include "PathGrammar.h"
+#include "SubsetShape.h"
 
 #include <QtCore/QRegularExpression>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
-
-constexpr double too_wide = 32768; ///< for QPen
 
 Finding lost(const Position& position, const char* rule, const QString& message, const QString& advice)
 {
@@ -91,13 +91,13 @@ bool isNumeric(const QString& property, const XmlElement& element)
                     "stroke-dasharray"});
 }
 
-/// The first of the \a texts that is no number; empty if there is none.
-QString firstThatIsNone(const QStringList& texts)
+/// The first of the \a texts that is no number, or less than \a least; empty if there is none.
+QString firstThatIsNone(const QStringList& texts, double least)
 {
     for (const QString& text : texts) {
         bool ok = false;
-        text.toDouble(&ok);
-        if (!ok)
+        const double number = text.toDouble(&ok);
+        if (!ok || number < least)
             return text;
     }
     return {};
@@ -224,7 +224,7 @@ QVector<Finding> takeLossesInNumbers(const XmlElement& element, QVector<Declarat
     const auto isLost = [&](const Declaration& each) {
         if (!isNumeric(each.property, element))
             return false;
-        if (each.property == QLatin1String("stroke-width") && each.value.toDouble() >= too_wide) {
+        if (each.property == QLatin1String("stroke-width") && each.value.toDouble() >= unpaintable_width) {
             losses.append(lost(positionOf(element, each.property),
                                "stroke-width",
                                QStringLiteral("the width %1 is more than Qt draws").arg(each.value),
@@ -232,8 +232,9 @@ QVector<Finding> takeLossesInNumbers(const XmlElement& element, QVector<Declarat
             return true;
         }
         const bool isDashes = each.property == QLatin1String("stroke-dasharray");
-        const QString number =
-            firstThatIsNone(isDashes ? each.value.split(QLatin1Char(' ')) : QStringList(each.value));
+        const QString number = isDashes
+                                   ? firstThatIsNone(each.value.split(QLatin1Char(' ')), 0)
+                                   : firstThatIsNone({each.value}, -std::numeric_limits<double>::infinity());
         if (number.isEmpty() || (isDashes && number == QLatin1String("none")))
             return false;
         const bool isOfFont = fontUnit.match(number).hasMatch();

@@ -41,8 +41,7 @@ bool isContainer(const QString& name)
 
 bool isAnimation(const QString& name)
 {
-    return isOneOf(
-        name, {"animate", "animateColor", "animateMotion", "animateTransform", "set", "mpath", "script"});
+    return isOneOf(name, {"animate", "animateColor", "animateMotion", "animateTransform", "set", "mpath"});
 }
 
 bool isPicture(const QString& name)
@@ -55,10 +54,10 @@ bool isElementOfSvg(const QString& name)
     return isShape(name) || isContainer(name) || isAnimation(name) || isPicture(name)
            || name.startsWith(QLatin1String("fe")) || name.startsWith(QLatin1String("font"))
            || name.startsWith(QLatin1String("glyph"))
-           || isOneOf(name, {"altGlyphDef",    "clipPath",   "color-profile", "cursor",         "defs",
-                             "desc",           "filter",     "hkern",         "linearGradient", "link",
-                             "marker",         "mask",       "metadata",      "missing-glyph",  "pattern",
-                             "radialGradient", "solidcolor", "stop",          "style",          "symbol",
-                             "textPath",       "title",      "tref",          "tspan",          "view",
-                             "vkern"});
+           || isOneOf(name, {"altGlyphDef",    "clipPath", "color-profile", "cursor",         "defs",
+                             "desc",           "filter",   "hkern",         "linearGradient", "link",
+                             "marker",         "mask",     "metadata",      "missing-glyph",  "pattern",
+                             "radialGradient", "script",   "solidcolor",    "stop",           "style",
+                             "symbol",         "textPath", "title",         "tref",           "tspan",
+                             "view",           "vkern"});
 }

@@ -1,6 +1,7 @@
 #include "NumberCheck.h"
 
 #include "Names.h"
+#include "SubsetShape.h"
 
 #include <QtCore/QRegularExpression>
 
@@ -8,8 +9,6 @@
 #include <limits>
 
 namespace {
-
-constexpr double too_wide = 32768; ///< for QPen
 
 QString withoutUnit(QString value)
 {
@@ -55,7 +54,7 @@ QVector<Finding> checkNumber(const XmlAttribute& attribute)
     } else if (isWidth && value < 0) {
         message = QStringLiteral("the width %1 is an error in SVG; the reader ignores it").arg(number);
         weight = Finding::Note;
-    } else if (isWidth && value >= too_wide) {
+    } else if (isWidth && value >= unpaintable_width) {
         message = QStringLiteral("the width %1 is more than Qt draws; the reader ignores it").arg(number);
     } else if (name == QLatin1String("stroke-miterlimit") && value < 1) {
         // What comes of it depends on the joins.

@@ -247,3 +247,20 @@ QVector<Finding> checkPathData(const XmlAttribute& attribute)
 {
     return PathDataCheck(attribute).check();
 }
+
+QVector<Finding> checkCaps(const XmlAttribute& attribute)
+{
+    QVector<Finding> findings;
+    PlacesInValue places(attribute);
+    const QVector<int> offsets = subpathsWithoutLength(readPathData(attribute.value));
+    for (const int offset : offsets) {
+        findings.append(
+            {Finding::Lost,
+             places.at(offset),
+             QStringLiteral("caps"),
+             QStringLiteral("of a line without length SVG draws the caps, and the reader nothing"),
+             QStringLiteral("make it a trifle long, or run “quillet-svg convert”"),
+             attribute.valuePosition});
+    }
+    return findings;
+}

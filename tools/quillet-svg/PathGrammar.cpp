@@ -165,6 +165,18 @@ bool readNumbers(Scanner& scanner, PathSegment& segment, int count)
     return true;
 }
 
+/// Whether \a segment, which is no arc, has all its points at \a point.
+bool staysAt(const PathSegment& segment, const QPointF& point)
+{
+    const QPointF here = segment.command.isLower() ? QPointF() : point;
+    for (int i = 0; i < segment.numbers.size(); ++i) {
+        const bool isY = i % 2 == 1 || segment.command.toUpper() == QLatin1Char('V');
+        if (segment.numbers[i].toDouble() != (isY ? here.y() : here.x()))
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 bool CurrentPoint::follow(const PathSegment& segment)
@@ -254,6 +266,39 @@ PathReading readPathData(const QString& data)
         }
     }
     return reading;
+}
+
+QVector<int> subpathsWithoutLength(const PathReading& reading)
+{
+    QVector<int> result;
+    CurrentPoint point;
+    int begin = 0; // of the subpath; -1: the next segment begins one
+    bool isDrawn = false;
+    bool hasLength = false;
+    const auto finish = [&] {
+        if (isDrawn && !hasLength)
+            result.append(begin);
+        begin = -1;
+        isDrawn = false;
+        hasLength = false;
+    };
+    for (const PathSegment& segment : reading.segments) {
+        const QChar command = segment.command.toUpper();
+        if (command == QLatin1Char('M'))
+            finish();
+        if (begin < 0)
+            begin = segment.offset;
+        const QPointF from = point.at();
+        const bool moves = point.follow(segment);
+        if (command == QLatin1Char('M') || (command == QLatin1Char('A') && !moves))
+            continue; // an arc back to where it begins is left out (SVG 1.1, F.6.2)
+        isDrawn = true;
+        hasLength = hasLength || moves || !staysAt(segment, from);
+        if (command == QLatin1Char('Z'))
+            finish();
+    }
+    finish();
+    return result;
 }
 
 QString spelledOut(const PathReading& reading, int segmentCount)

@@ -46,6 +46,10 @@ bool isFlatArc(const PathSegment& segment);
 /// so it does not count as an error here.
 bool hasSignedRadius(const PathSegment& segment);
 
+/// Where the subpaths begin that have segments, but no length. SVG draws the caps of such a line, and nothing
+/// else.
+QVector<int> subpathsWithoutLength(const PathReading& reading);
+
 /// The same path with every command and number apart. Flat arcs become lines.
 QString spelledOut(const PathReading& reading, int segmentCount);
 

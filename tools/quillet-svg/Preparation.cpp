@@ -116,13 +116,19 @@ class Preparer
 {
 public:
     Preparer(const XmlTree& tree, const References& references)
-        : m_elements(tree.elements()), m_references(references), m_cascade(tree), m_writer(&m_result.text)
+        : m_tree(tree),
+          m_elements(tree.elements()),
+          m_references(references),
+          m_cascade(tree),
+          m_writer(&m_result.text)
     {
     }
 
     Preparation prepare()
     {
         m_result.findings = m_cascade.findings();
+        for (const EntityReference& each : m_tree.unknownEntities())
+            sayUnread(each);
         writeRoot();
         sortFindings(m_result.findings);
         return m_result;
@@ -138,6 +144,16 @@ private:
              const QString& advice)
     {
         m_result.findings.append({weight, where.position, QLatin1String(rule), message, advice});
+    }
+
+    /// Names what is not in the file, unless it would be a text anyway.
+    void sayUnread(const EntityReference& entity)
+    {
+        const QString name = localName(element(entity.element).name);
+        if (isForeign(m_elements, entity.element)
+            || !(isContainer(name) || isOneOf(name, {"defs", "symbol", "style"})))
+            return;
+        m_result.findings.append(findingFor(entity));
     }
 
     void writeRoot()
@@ -330,7 +346,7 @@ private:
         if (!isRendered(now, stated) || !(isGroup || inside.isVisible))
             return;
         if (!isWritten)
-            return sayLeftOut(now, name);
+            return sayLeftOut(i, name);
         Viewport viewport;
         if (isSymbol || name == QLatin1String("svg")) {
             viewport = viewportOf(now, use, around.viewport);
@@ -380,12 +396,14 @@ private:
         }
     }
 
-    void sayLeftOut(const XmlElement& now, const QString& name)
+    void sayLeftOut(int i, const QString& name)
     {
         const bool isText = name == QLatin1String("text");
+        if (isText && isEmptyText(m_tree, i))
+            return;
         const char* const rule = isText ? "text" : isPicture(name) ? "image" : "unknown-element";
         say(Finding::Lost,
-            now,
+            element(i),
             rule,
             QStringLiteral("<%1> is left out").arg(name),
             isText            ? QStringLiteral("have the drawing program make paths of it")
@@ -479,6 +497,7 @@ private:
         }
     }
 
+    const XmlTree& m_tree;
     const QVector<XmlElement>& m_elements;
     const References& m_references;
     Cascade m_cascade;

@@ -5,6 +5,7 @@
 #include <QtCore/QRegularExpression>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -67,6 +68,57 @@ bool isRelated(const QString& actual, const QString& relation, const QString& va
            || (relation == QLatin1String("$=") && actual.endsWith(value))
            || (relation == QLatin1String("*=") && actual.contains(value));
 }
+
+int firstThatIsNoSpace(const QString& text, int begin, int end)
+{
+    while (begin < end && text[begin].isSpace())
+        ++begin;
+    return begin;
+}
+
+/// A style sheet without its comments.
+class WithoutComments
+{
+public:
+    explicit WithoutComments(const QString& sheet)
+    {
+        static const QRegularExpression comments(QStringLiteral("/\\*.*?\\*/|<!--|-->"),
+                                                 QRegularExpression::DotMatchesEverythingOption);
+        int begin = 0;
+        for (auto matches = comments.globalMatch(sheet); matches.hasNext();) {
+            const QRegularExpressionMatch match = matches.next();
+            m_text += sheet.midRef(begin, match.capturedStart() - begin);
+            begin = match.capturedEnd();
+            m_comments.append({m_text.size(), begin});
+        }
+        m_text += sheet.midRef(begin);
+    }
+
+    const QString& text() const { return m_text; }
+
+    /// Where what stands at \a offset of the text stands in the sheet.
+    int offsetWithComments(int offset) const
+    {
+        const auto behind =
+            std::upper_bound(m_comments.begin(), m_comments.end(), offset, [](int at, const Comment& each) {
+                return at < each.at;
+            });
+        if (behind == m_comments.begin())
+            return offset;
+        const Comment& before = *std::prev(behind);
+        return before.end + offset - before.at;
+    }
+
+private:
+    struct Comment
+    {
+        int at;  ///< in the text without comments
+        int end; ///< in the sheet
+    };
+
+    QString m_text;
+    QVector<Comment> m_comments;
+};
 
 /// The position of the brace that closes the one at \a open; \a end if there is none (CSS 2, 4.2).
 int endOfBlock(const QString& text, int open, int end)
@@ -206,28 +258,28 @@ bool Selector::matchesPart(const QVector<XmlElement>& elements,
               });
 }
 
-QStringList StyleSheet::add(const QString& text)
+QVector<StyleSheet::Unread> StyleSheet::add(const QString& text)
 {
-    static const QRegularExpression comments(QStringLiteral("/\\*.*?\\*/|<!--|-->"),
-                                             QRegularExpression::DotMatchesEverythingOption);
-    const QString sheet = QString(text).remove(comments);
-    QStringList unread;
-    addRules(sheet, {0, sheet.size(), 0}, unread);
+    const WithoutComments sheet(text);
+    QVector<Unread> unread;
+    addRules(sheet.text(), {0, sheet.text().size(), 0}, unread);
+    for (Unread& each : unread)
+        each.offset = sheet.offsetWithComments(each.offset);
     return unread;
 }
 
-void StyleSheet::addRules(const QString& sheet, const Stretch& stretch, QStringList& unread)
+void StyleSheet::addRules(const QString& sheet, const Stretch& stretch, QVector<Unread>& unread)
 {
     int begin = stretch.begin;
     for (int i = begin; i < stretch.end; ++i) {
         if (sheet[i] == QLatin1Char(';')) {
-            if (sheet.midRef(begin, i - begin).trimmed().startsWith(QLatin1String("@import")))
-                unread.append(QStringLiteral("@import"));
+            begin = firstThatIsNoSpace(sheet, begin, i);
+            if (sheet.midRef(begin, i - begin).startsWith(QLatin1String("@import")))
+                unread.append({QStringLiteral("@import"), begin});
             begin = i + 1;
         } else if (sheet[i] == QLatin1Char('{')) {
             const int end = endOfBlock(sheet, i, stretch.end);
-            addBlock(
-                sheet, sheet.mid(begin, i - begin).simplified(), {i + 1, end, stretch.depth + 1}, unread);
+            addBlock(sheet, firstThatIsNoSpace(sheet, begin, i), {i + 1, end, stretch.depth + 1}, unread);
             begin = end + 1;
             i = end;
         }
@@ -302,28 +354,30 @@ QVector<Declaration> StyleSheet::declarations(const QVector<XmlElement>& element
     return result;
 }
 
-void StyleSheet::addBlock(const QString& sheet,
-                          const QString& prelude,
-                          const Stretch& body,
-                          QStringList& unread)
+/// The block \a body, whose prelude begins at \a prelude.
+void StyleSheet::addBlock(const QString& sheet, int prelude, const Stretch& body, QVector<Unread>& unread)
 {
     static const QRegularExpression screen(
         QStringLiteral("^@media( (only )?screen| all)?(, (screen|all))?$"));
-    if (prelude.startsWith(QLatin1Char('@'))) {
-        const QString name = prelude.section(QRegularExpression(QStringLiteral("[^@\\w-]")), 0, 0);
-        if (screen.match(prelude).hasMatch() && body.depth <= deepest_block)
+    const QString text = sheet.mid(prelude, body.begin - 1 - prelude);
+    if (text.startsWith(QLatin1Char('@'))) {
+        const QString name = text.section(QRegularExpression(QStringLiteral("[^@\\w-]")), 0, 0);
+        if (screen.match(text.simplified()).hasMatch() && body.depth <= deepest_block)
             addRules(sheet, body, unread);
         else if (!isOneOf(name, {"@font-face", "@page"})) // nothing that is drawn depends on these
-            unread.append(name);
+            unread.append({name, prelude});
         return;
     }
     const QVector<Declaration> declarations = readStyle(sheet.mid(body.begin, body.end - body.begin));
-    const QStringList selectors = prelude.split(QLatin1Char(','));
+    int begin = prelude;
+    const QStringList selectors = text.split(QLatin1Char(','));
     for (const QString& each : selectors) {
-        const Selector selector(each.trimmed());
+        const QString simple = each.simplified();
+        const Selector selector(simple);
         if (selector.isKnown())
             addRule({selector, declarations});
-        else if (!each.trimmed().isEmpty() && !isForNoDrawing(each))
-            unread.append(named(each.trimmed()));
+        else if (!simple.isEmpty() && !isForNoDrawing(simple))
+            unread.append({named(simple), firstThatIsNoSpace(sheet, begin, body.begin)});
+        begin += each.size() + 1;
     }
 }

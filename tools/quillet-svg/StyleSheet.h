@@ -78,9 +78,15 @@ private:
 class StyleSheet
 {
 public:
+    /// Something that is not followed.
+    struct Unread
+    {
+        QString what; ///< a selector, or the name of a rule such as "@media"
+        int offset;   ///< in the sheet
+    };
+
     /// Takes the rules out of the sheet \a text.
-    /// \return what of it is not followed: selectors, and rules such as "@media".
-    QStringList add(const QString& text);
+    QVector<Unread> add(const QString& text);
 
     /// Takes apart the classes of the elements, each once. Has to be called behind the last add().
     void readClasses(const QVector<XmlElement>& elements);
@@ -106,8 +112,8 @@ private:
         int depth; ///< blocks around it
     };
 
-    void addRules(const QString& sheet, const Stretch& stretch, QStringList& unread);
-    void addBlock(const QString& sheet, const QString& prelude, const Stretch& body, QStringList& unread);
+    void addRules(const QString& sheet, const Stretch& stretch, QVector<Unread>& unread);
+    void addBlock(const QString& sheet, int prelude, const Stretch& body, QVector<Unread>& unread);
 
     void addRule(const Rule& rule);
     QVector<int> candidates(const XmlElement& element, const QSet<QString>& classes) const;

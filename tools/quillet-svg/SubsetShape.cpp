@@ -11,7 +11,6 @@ namespace {
 
 constexpr double outline_size = 2000;      ///< of a path while its stroke is made an outline
 constexpr double outline_threshold = 0.02; ///< likewise; with Qt's own, circles have corners
-constexpr double too_wide = 32768;         ///< for QPen, and so for the reader
 
 /// The colour that a brush has on average.
 QColor meanColor(const QBrush& brush)
@@ -126,7 +125,7 @@ SubsetShape strokedShape(const QPainterPath& path, const QPen& pen, double scale
             return shape;
     }
     const double width = pen.widthF() * scale;
-    shape.width = width < too_wide ? width : 0;
+    shape.width = width < unpaintable_width ? width : 0;
     return shape;
 }
 
@@ -211,13 +210,13 @@ SubsetWriter::SubsetWriter(const QSizeF& size) : m_size(size)
     m_decimals = std::clamp(5 - int(std::floor(std::log10(std::max(longer, 1e-6)))), 0, 9);
 }
 
-void SubsetWriter::add(const SubsetShape& shape)
+bool SubsetWriter::add(const SubsetShape& shape)
 {
     const QString width = number(shape.width, m_decimals + 1);
     const bool isStroked = shape.stroke.isValid() && width != QLatin1String("0"); // which the reader draws
     const QString data = pathData(shape);
     if (data.isEmpty() || !(isStroked || shape.fill.isValid()))
-        return;
+        return false;
 
     QString attributes = attribute("d", data);
     const auto addColor = [&](const char* name, const char* opacityName, const QColor& color) {
@@ -241,6 +240,7 @@ void SubsetWriter::add(const SubsetShape& shape)
             attributes += attribute("stroke-miterlimit", number(shape.miterLimit, 4));
     }
     m_paths += QStringLiteral("  <path%1/>\n").arg(attributes);
+    return true;
 }
 
 QString SubsetWriter::document() const

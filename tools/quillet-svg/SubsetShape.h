@@ -6,6 +6,9 @@
 #include <QtCore/QVector>
 #include <QtGui/QColor>
 
+/// Strokes as wide as that, or wider, are painted by no QPen, and so not by the reader.
+constexpr double unpaintable_width = 32768;
+
 /// A path as the library's reader takes it: in the coordinates of the drawing, with plain colours.
 struct SubsetShape
 {
@@ -40,7 +43,8 @@ class SubsetWriter
 public:
     explicit SubsetWriter(const QSizeF& size);
 
-    void add(const SubsetShape& shape);
+    /// \return whether there is something of \a shape to draw.
+    bool add(const SubsetShape& shape);
 
     /// The whole document.
     QString document() const;

@@ -5,9 +5,12 @@
 #include <QtCore/QSet>
 #include <QtCore/QXmlStreamReader>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
+
+constexpr QLatin1String cdata_begin("<![CDATA[");
 
 /// Moves \a position behind the unit at \a offset of \a text.
 void advance(Position& position, const QString& text, int offset)
@@ -205,7 +208,13 @@ XmlTree::XmlTree(const QString& text)
             closed = open.takeLast();
             m_elements[closed].end = m_elements.size();
         } else if (token == QXmlStreamReader::Characters && !open.isEmpty() && !reader.isWhitespace()) {
-            m_elements[open.last()].text += reader.text();
+            XmlElement& around = m_elements[open.last()];
+            const bool isFirst = around.text.isEmpty();
+            around.text += reader.text();
+            const int begin =
+                reader.isCDATA() ? text.lastIndexOf(cdata_begin, offset - 1) + cdata_begin.size() : begins;
+            around.rawText = isFirst ? text.mid(begin, offset - begin) : QString();
+            around.textPosition = isFirst ? positions.at(begin) : around.position;
         }
     }
     for (const int index : open)
@@ -247,6 +256,21 @@ bool isForeign(const QVector<XmlElement>& elements, int i)
             return found->value != QLatin1String("http://www.w3.org/2000/svg");
     }
     return colon >= 0;
+}
+
+bool isEmptyText(const XmlTree& tree, int i)
+{
+    const QVector<XmlElement>& elements = tree.elements();
+    const QVector<EntityReference>& entities = tree.unknownEntities();
+    const int end = elements[i].end;
+    const auto isEmpty = [](const XmlElement& each) {
+        return each.text.isEmpty() && localName(each.name) != QLatin1String("tref");
+    };
+    const auto standsIn = [=](const EntityReference& each) {
+        return each.element >= i && each.element < end;
+    };
+    return std::all_of(elements.begin() + i, elements.begin() + end, isEmpty)
+           && std::none_of(entities.begin(), entities.end(), standsIn);
 }
 
 int firstTooDeep(const QVector<XmlElement>& elements)

@@ -27,7 +27,9 @@ struct XmlElement
     int before = -1; ///< index of the element in front of it in the same element
     int end = -1;    ///< index behind the last element in it
     QVector<XmlAttribute> attributes;
-    QString text; ///< the characters directly in it
+    QString text;          ///< the characters directly in it
+    QString rawText;       ///< as written, with references; empty where they do not stand in one piece
+    Position textPosition; ///< of the first of them; of the element where they do not stand in one piece
 
     /// The value, or an empty text.
     QString attribute(const QString& attributeName) const;
@@ -71,14 +73,16 @@ private:
 /// The place of the unit at \a offset of \a text.
 Position positionIn(const QString& text, int offset);
 
-/// Finds the places of growing offsets in the value of an attribute. What an entity stands for has the place
-/// of the reference.
+/// Finds the places of growing offsets in a value. What an entity stands for has the place of the reference.
 class PlacesInValue
 {
 public:
+    /// The value is written as \a raw, which has to stay; it begins at \a position.
+    PlacesInValue(const QString& raw, const Position& position) : m_raw(raw), m_position(position) {}
+
     /// The attribute has to stay.
     explicit PlacesInValue(const XmlAttribute& attribute)
-        : m_raw(attribute.rawValue), m_position(attribute.valuePosition)
+        : PlacesInValue(attribute.rawValue, attribute.valuePosition)
     {
     }
 
@@ -93,6 +97,9 @@ private:
 
 /// Whether the namespace of the element \a i is another one than SVG's. No namespace at all counts as SVG's.
 bool isForeign(const QVector<XmlElement>& elements, int i);
+
+/// Whether nothing of the text in the element \a i, or in those in it, would be seen.
+bool isEmptyText(const XmlTree& tree, int i);
 
 /// How deep the library's reader goes.
 constexpr int deepest_nesting = 2000;
