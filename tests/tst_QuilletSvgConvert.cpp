@@ -791,7 +791,6 @@ private Q_SLOTS:
         row("stroke-width", "<g style='stroke-width:1e3cm'><rect width='9' height='9' stroke='red'/></g>");
         row("dashes", "<path stroke-dasharray='1e-6' stroke='red' d='M0 0h9'/>");
         row("dashes", "<path pathLength='1e9' stroke-dasharray='1' stroke='red' d='M0 0h9'/>");
-        row("overflow", "<path stroke-dasharray='.001' stroke='red' d='M0 0h20'/>");
         row("unknown-property", "<rect style='width:5px' width='9' height='9'/>");
         row("unknown-property", "<style>.a{r:5px}</style><circle class='a'/>");
         row("value", "<rect width='calc(1px + 2px)' height='9'/>");
@@ -1085,6 +1084,33 @@ private Q_SLOTS:
         QCOMPARE(conversion.losses.first().position.column,
                  document("").indexOf(QLatin1String("</svg>")) + 1);
         QCOMPARE(conversion.shapes, 200);
+    }
+
+    // Lines that cross each other in ten million places.
+    static QString tangle(int from, int to)
+    {
+        QString points;
+        for (int i = 0; i < 10'000; ++i)
+            points += QStringLiteral(" %1 %2")
+                          .arg(from + i * 7919.3 - std::floor(i * 7919.3 / (to - from)) * (to - from))
+                          .arg(from + i * 104729.7 - std::floor(i * 104729.7 / (to - from)) * (to - from));
+        return QStringLiteral("<path d='M%1'/>").arg(points);
+    }
+
+    void saysWhatTakesTooLongToBeCut()
+    {
+        const Conversion conversion = convertSvg(document(qPrintable(tangle(-20, 120))));
+        QCOMPARE(lostRules(conversion), QStringList{QStringLiteral("overflow")});
+        QCOMPARE(conversion.shapes, 1);
+    }
+
+    void saysWhatTakesTooLongToBeParted()
+    {
+        const QString inside =
+            QStringLiteral("<g opacity='.5'><circle cx='50' cy='50' r='40' fill='red'/>%1</g>");
+        const Conversion conversion = convertSvg(document(qPrintable(inside.arg(tangle(0, 100)))));
+        QCOMPARE(lostRules(conversion), QStringList{QStringLiteral("opacity")});
+        QCOMPARE(conversion.shapes, 2);
     }
 
     // The second document says what is seen without an opacity that several shapes have in common.

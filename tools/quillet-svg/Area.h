@@ -1,13 +1,12 @@
 #pragma once
 
-#include <QtCore/QRect>
-#include <QtCore/QVector>
+#include <QtCore/QRectF>
 #include <QtGui/QPainterPath>
-#include <QtGui/QPolygon>
 
-/// An area with straight edges between points of a grid. What is computed from such areas is exact, up to
-/// crossings, which move to the nearest point of the grid. What is computed takes from an effort, which are
-/// pairs of edges; where that becomes negative, the result is not valid.
+#include <clipper.hpp>
+
+/// An area with straight edges between points of a grid. What is computed takes from an effort, which is
+/// about as many nanoseconds; where that becomes negative, nothing is computed, and the result is not valid.
 class Area
 {
 public:
@@ -17,8 +16,8 @@ public:
     /// become lines that are nowhere farther away than 1/4000 of that.
     Area(const QPainterPath& path, const QRectF& bounds, qint64& effort);
 
-    bool isEmpty() const { return m_outlines.isEmpty(); }
-    QRect box() const { return m_box; }
+    bool isEmpty() const { return m_outlines.empty(); }
+    QRectF box() const { return m_box; }
 
     /// Whether it could be computed.
     bool isValid() const { return m_isValid; }
@@ -26,26 +25,24 @@ public:
     /// Whether nothing of it is wide enough to be seen.
     bool isHair() const;
 
+    Area intersected(const Area& other, qint64& effort) const;
+    Area subtracted(const Area& other, qint64& effort) const;
+    Area united(const Area& other, qint64& effort) const;
+
     /// Where it lies, on the grid over \a bounds.
     QPainterPath path(const QRectF& bounds) const;
 
 private:
-    friend struct Overlap;
+    /// What lies inside of \a outlines and, as \a operation says, of \a others.
+    Area(ClipperLib::ClipType operation,
+         const ClipperLib::Paths& outlines,
+         ClipperLib::PolyFillType rule,
+         const ClipperLib::Paths& others,
+         qint64& effort);
 
-    Area(const QVector<QPolygon>& outlines, bool isValid);
+    Area combined(ClipperLib::ClipType operation, const Area& other, qint64& effort) const;
 
-    QVector<QPolygon> m_outlines; ///< around each point in the area once, around others not at all
-    QRect m_box;
+    ClipperLib::Paths m_outlines; ///< none crosses itself or another; holes go the other way round
+    QRectF m_box;
     bool m_isValid = true;
-};
-
-/// What two areas have in common, and what only one of them has.
-struct Overlap
-{
-    Overlap(const Area& one, const Area& other, qint64& effort);
-
-    Area common;
-    Area onlyOne;
-    Area onlyOther;
-    Area both; ///< all of these
 };

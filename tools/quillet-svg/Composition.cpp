@@ -11,18 +11,18 @@
 
 namespace {
 
-// A clip cuts what sticks out farther, as a share of its longer side. Coordinates are written no finer than
-// the first; a stroke that is cut is a stroke no more.
-constexpr double fill_hair = 1.0 / 100'000;
+// A clip cuts what sticks out farther, as a share of its longer side. What is cut has no curves any more, and
+// a stroke is a stroke no more.
+constexpr double fill_hair = 1.0 / 1000;
 constexpr double stroke_hair = 1.0 / 200;
 
 /// What is parted and cut in a document at most.
 struct Budget
 {
-    qint64 pairs = 50'000'000;        ///< of shapes
-    qint64 crossings = 1'000'000'000; ///< pairs of edges, which may cross
+    qint64 pairs = 50'000'000;     ///< of shapes
+    qint64 effort = 5'000'000'000; ///< of what is computed with areas
 
-    bool isSpent() const { return pairs < 0 || crossings < 0; }
+    bool isSpent() const { return pairs < 0 || effort < 0; }
 };
 
 constexpr double most_dashes = 100'000; ///< of one path
@@ -193,8 +193,9 @@ private:
     void needArea(Part& part)
     {
         if (!part.hasArea)
-            part.area = Area(part.outline, m_bounds, m_budget.crossings);
+            part.area = Area(part.outline, m_bounds, m_budget.effort);
         part.hasArea = true;
+        m_isExact = m_isExact && part.area.isValid();
     }
 
     void setArea(Part& part, const Area& area)
@@ -217,29 +218,31 @@ private:
                 continue;
             needArea(below);
             needArea(part);
-            if (!below.area.box().intersects(part.area.box()))
+            if (!m_isExact || !below.area.box().intersects(part.area.box()))
                 continue;
-            const Overlap overlap(below.area, part.area, m_budget.crossings);
-            m_isExact = overlap.common.isValid();
-            if (overlap.common.isHair())
+            const Area beneath = below.area;
+            const Area above = part.area;
+            const Area common = beneath.intersected(above, m_budget.effort);
+            m_isExact = common.isValid();
+            if (common.isHair())
                 continue;
             m_hasOverlaps = true;
             if (part.color.alpha() < 255) {
                 blends.append(Part());
                 blends.last().color = blended(below.color, part.color);
                 blends.last().box = below.box & part.box;
-                setArea(blends.last(), overlap.common);
-                setArea(part, overlap.onlyOther);
-                setArea(below, overlap.onlyOne);
+                setArea(blends.last(), common);
+                setArea(part, above.subtracted(beneath, m_budget.effort));
+                setArea(below, beneath.subtracted(above, m_budget.effort));
             } else if (below.color == part.color) {
                 part.box |= below.box;
-                setArea(part, overlap.both);
+                setArea(part, above.united(beneath, m_budget.effort));
                 setArea(below, Area());
             } else {
-                setArea(below, overlap.onlyOne);
+                setArea(below, beneath.subtracted(above, m_budget.effort));
                 // Painters draw the strokes of curves not so exactly as they are cut out here.
                 if (part.shape.stroke.isValid())
-                    setArea(part, part.area);
+                    setArea(part, above);
             }
         }
         m_parts.append(part);
@@ -374,7 +377,7 @@ Composer::clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const 
                 continue;
             }
             isWhole = false;
-            const Area seen(local, rect, m_budget.crossings);
+            const Area seen(local, rect, m_budget.effort);
             const SubsetShape cut = area(transform.map(seen.path(rect)), isFill ? part.fill : part.stroke);
             const bool isCut = seen.isValid()
                                && areAlike(picture({part}, frame.boundingRect(), frame),
