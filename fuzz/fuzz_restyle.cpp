@@ -1,14 +1,17 @@
 // Scripts that change a box's buttons, default button, icon and style sheets between and during shows. After
-// every pass of the look the box must look as the header says.
+// every pass of the look the box must look as the header says: nothing may be missing, and nothing else may
+// have changed.
 
 #include "Script.h"
 
 #include <Quillet/MessageDialog.h>
 
 #include <QtCore/QFile>
+#include <QtCore/QPointer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QPushButton>
 
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -18,11 +21,37 @@ namespace {
 
 const char* const sheet_of_the_script = "color: red";
 
+QString textOf(const char* name)
+{
+    QFile file(QStringLiteral(":/QSS/") + QString::fromLatin1(name));
+    check(file.open(QIODevice::ReadOnly | QIODevice::Text), "no such sheet");
+    return QString::fromUtf8(file.readAll());
+}
+
+QString boxSheet()
+{
+    static const QString content = textOf("MessageBox.qss");
+    return content;
+}
+
 QString accentSheet()
 {
-    QFile file(QStringLiteral(":/QSS/PrimaryButton.qss"));
-    check(file.open(QIODevice::ReadOnly | QIODevice::Text), "no accent sheet");
-    return QString::fromUtf8(file.readAll());
+    static const QString content = textOf("PrimaryButton.qss");
+    return content;
+}
+
+// Null for what has none.
+QImage picture(QMessageBox::Icon icon)
+{
+    static const std::map<QMessageBox::Icon, QString> names = {
+        {QMessageBox::Critical, QStringLiteral("Critical")},
+        {QMessageBox::Information, QStringLiteral("Information")},
+        {QMessageBox::Question, QStringLiteral("Question")},
+        {QMessageBox::Warning, QStringLiteral("Warning")},
+    };
+    const auto name = names.find(icon);
+    return name == names.end() ? QImage()
+                               : QPixmap(QStringLiteral(":/Icons/%1.svg").arg(name->second)).toImage();
 }
 
 class RestyleScript
@@ -87,15 +116,68 @@ private:
             break;
         case 10: {
             const bool wasHidden = !m_dialog.isVisible();
+            const Look before = look();
             m_dialog.show();
             if (wasHidden)
-                checkLook();
+                checkPass(before);
             break;
         }
         default:
+            const Look before = look();
             m_dialog.updateStyle();
-            checkLook();
+            checkPass(before);
         }
+    }
+
+    // What a pass goes by, and what it may change.
+    struct Look
+    {
+        QString boxSheet;
+        std::map<const QAbstractButton*, QString> sheets;
+        QMessageBox::Icon icon;
+        qint64 pixmap;
+    };
+
+    Look look() const
+    {
+        Look result = {m_dialog.styleSheet(), {}, m_dialog.icon(), m_dialog.iconPixmap().cacheKey()};
+        const QList<QAbstractButton*> buttons = m_dialog.buttons();
+        for (const QAbstractButton* button : buttons)
+            result.sheets[button] = button->styleSheet();
+        return result;
+    }
+
+    void checkPass(const Look& before)
+    {
+        checkLook();
+        const Look after = look();
+        check(after.boxSheet == (before.boxSheet.isEmpty() ? boxSheet() : before.boxSheet),
+              "not the sheet of the box");
+
+        // A button that the show itself has added comes without a sheet.
+        std::map<const QAbstractButton*, QString> expected = before.sheets;
+        for (const auto& [button, sheet] : after.sheets)
+            expected.try_emplace(button);
+        QAbstractButton* const primary = m_dialog.getPrimaryButton();
+        if (primary != m_accented) {
+            if (m_accented && expected.count(m_accented) == 1)
+                expected[m_accented].clear();
+            const bool gets = primary && expected[primary].isEmpty();
+            m_accented = gets ? primary : nullptr;
+            if (gets)
+                expected[primary] = accentSheet();
+        }
+        check(after.sheets == expected, "not the sheets of the buttons");
+
+        if (before.icon == m_seenIcon) {
+            check(after.icon == before.icon && after.pixmap == before.pixmap, "an icon that changed");
+            return;
+        }
+        m_seenIcon = before.icon;
+        const QImage expectedIcon = picture(before.icon);
+        check(expectedIcon.isNull() ? after.pixmap == before.pixmap
+                                    : m_dialog.iconPixmap().toImage() == expectedIcon,
+              "not the picture of the icon");
     }
 
     void removeOne()
@@ -129,6 +211,8 @@ private:
     Script m_script;
     std::vector<std::unique_ptr<QAbstractButton>> m_removed; // the dialog, which knew them, goes first
     MessageDialog m_dialog;
+    QPointer<QAbstractButton> m_accented;               // which has the accent sheet from the library
+    QMessageBox::Icon m_seenIcon = QMessageBox::NoIcon; // by the last pass
 };
 
 } // namespace
