@@ -480,6 +480,10 @@ private Q_SLOTS:
             "<defs><svg id='a' width='5' height='5'><circle r='90' fill='red'/></svg></defs>"
             "<use xlink:href='#a' x='10' y='10' width='50' height='40'/>",
             clipped);
+        row("clip of an inner document that is far larger than the drawing",
+            "<svg x='10' y='10' width='1e5' height='1e5'>"
+            "<rect x='-9' y='-9' width='59' height='49' fill='red'/></svg>",
+            clipped);
         row("clip of a stroke",
             "<svg x='10' y='10' width='50' height='40'>"
             "<path d='M0 20h90' stroke='red' stroke-width='99'/></svg>",
@@ -1056,16 +1060,17 @@ private Q_SLOTS:
     void whatLiesOutsideOfTheFrameIsNotWritten()
     {
         const char* const inside =
-            "<rect x='-20' y='40' width='50' height='20'/><rect x='200' width='9' height='9'/>";
+            "<rect x='-20' y='40' width='50' height='20'/><rect x='200' width='9' height='9'/>"
+            "<rect x='100' width='.05' height='9'/>";
         const Conversion cut = convertSvg(document(inside));
         Quillet::PainterPathContainer picture;
         QVERIFY(Quillet::parseSvg(cut.text, picture));
         QCOMPARE(int(picture.getPaths().size()), 1);
         QCOMPARE(picture.getPaths().front()->getPath().boundingRect(), QRectF(0, 40, 30, 20));
         QCOMPARE(cut.losses.size(), 0);
-        QCOMPARE(convertSvg(document(inside, "width='100' height='100' overflow='visible'")).shapes, 2);
+        QCOMPARE(convertSvg(document(inside, "width='100' height='100' overflow='visible'")).shapes, 3);
         // Without a size, a document has no frame.
-        QCOMPARE(convertSvg(document(inside, "")).shapes, 2);
+        QCOMPARE(convertSvg(document(inside, "")).shapes, 3);
     }
 
     void saysWhereShapesShowThroughEachOther()

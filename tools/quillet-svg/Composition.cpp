@@ -354,8 +354,10 @@ Composer::clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const 
     const QTransform inverse = transform.inverted(&canBeInverted);
     if (!canBeInverted)
         return result;
+    // Nobody sees how exactly it is cut outside of the frame of the drawing, which may be far smaller.
+    const QRectF seen = m_frame.isNull() ? rect : rect & inverse.mapRect(m_frame);
     QPainterPath frame;
-    frame.addRect(rect);
+    frame.addRect(seen);
     frame = transform.map(frame);
     for (const SubsetShape& shape : shapes) {
         const double reach = shape.stroke.isValid() ? shape.width * std::max(shape.miterLimit, 2.0) : 0;
@@ -371,20 +373,24 @@ Composer::clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const 
             const bool isFill = part.fill.isValid();
             const QPainterPath covered = isFill ? part.path : strokeArea(part);
             const QPainterPath local = inverse.map(covered);
-            const double hair = std::max(rect.width(), rect.height()) * (isFill ? fill_hair : stroke_hair);
-            if (rect.adjusted(-hair, -hair, hair, hair).contains(local.boundingRect())) {
+            const QRectF localBox = local.boundingRect();
+            const double hair = std::max(seen.width(), seen.height()) * (isFill ? fill_hair : stroke_hair);
+            const bool isOutside = !seen.intersects(localBox);
+            if (!isOutside && seen.adjusted(-hair, -hair, hair, hair).contains(localBox)) {
                 result.append(part);
                 continue;
             }
             isWhole = false;
-            const Area seen(local, rect, m_budget.effort);
-            const SubsetShape cut = area(transform.map(seen.path(rect)), isFill ? part.fill : part.stroke);
-            const bool isCut = seen.isValid()
+            if (isOutside)
+                continue;
+            const Area inside(local, seen, m_budget.effort);
+            const SubsetShape cut = area(transform.map(inside.path(seen)), isFill ? part.fill : part.stroke);
+            const bool isCut = inside.isValid()
                                && areAlike(picture({part}, frame.boundingRect(), frame),
                                            picture({cut}, frame.boundingRect()));
             if (!isCut)
                 m_result.hasWholeShapes = true;
-            if (!isCut || !seen.isEmpty())
+            if (!isCut || !inside.isEmpty())
                 result.append(isCut ? cut : part);
         }
         if (isWhole) {
