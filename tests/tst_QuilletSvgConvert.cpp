@@ -1118,6 +1118,45 @@ private Q_SLOTS:
         QCOMPARE(conversion.shapes, 2);
     }
 
+    void saysWhereTooManyLevelEdgesLieOnEachOther()
+    {
+        QString data = QStringLiteral("M-5 5");
+        for (int i = 0; i < 2000; ++i)
+            data += QStringLiteral("H%1V%2").arg(i * i * 31 % 9973 / 100.0).arg(i % 2 ? 10 : 5);
+        const Conversion conversion =
+            convertSvg(document(qPrintable(QStringLiteral("<path d='%1'/>").arg(data))));
+        QCOMPARE(lostRules(conversion), QStringList{QStringLiteral("overflow")});
+        QCOMPARE(conversion.shapes, 1);
+    }
+
+    void saysWhereTooMuchIsToBeCut()
+    {
+        QString text = QStringLiteral("<defs><g id='a0'><svg width='9' height='.1'><rect x='-1' width='9' "
+                                      "height='9'/></svg></g>");
+        for (int i = 1; i <= 15; ++i) // each holds twice what the one before it holds
+            text += QStringLiteral("<g id='a%1'><use xlink:href='#a%2'/><use xlink:href='#a%2'/></g>")
+                        .arg(i)
+                        .arg(i - 1);
+        text += QStringLiteral("</defs><use xlink:href='#a15'/>");
+        QCOMPARE(lostRules(convertSvg(document(qPrintable(text)))), QStringList{QStringLiteral("overflow")});
+    }
+
+    void saysWhereTooMuchIsToBeParted()
+    {
+        QString text = QStringLiteral("<g opacity='.5'><path fill='red' d='M");
+        for (int i = 0; i < 20'000; ++i)
+            text += QStringLiteral(" %1 %2")
+                        .arg(50 + 45 * std::cos(i * 2 * M_PI / 20'000))
+                        .arg(50 + 45 * std::sin(i * 2 * M_PI / 20'000));
+        text += QStringLiteral("'/>");
+        for (int i = 0; i < 800; ++i)
+            text += QStringLiteral("<rect x='%1' y='%2' width='.5' height='.5'/>")
+                        .arg(30 + i % 40)
+                        .arg(40 + i / 40);
+        text += QStringLiteral("</g>");
+        QCOMPARE(lostRules(convertSvg(document(qPrintable(text)))), QStringList{QStringLiteral("opacity")});
+    }
+
     // The second document says what is seen without an opacity that several shapes have in common.
     void partsWhatOverlaps_data()
     {

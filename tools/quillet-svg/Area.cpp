@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <random>
+#include <tuple>
 #include <vector>
 
 using ClipperLib::ClipType;
@@ -54,16 +56,44 @@ QRectF boxOf(const Paths& outlines)
     return points.boundingRect();
 }
 
+/// The box of an edge.
+struct Box
+{
+    ClipperLib::cInt left, right, top, bottom;
+};
+
+/// About how long it takes to join the \a edges that are level and lie on each other, in nanoseconds. Each is
+/// joined with each, and the more there are, the longer a join takes.
+double effortOfJoins(const std::vector<Box>& edges)
+{
+    constexpr double effort_of_join = 100;
+    constexpr double most_effort = 1e11; // more than there ever is
+    std::vector<Box> level;
+    std::copy_if(edges.begin(), edges.end(), std::back_inserter(level), [](const Box& edge) {
+        return edge.top == edge.bottom;
+    });
+    std::sort(level.begin(), level.end(), [](const Box& one, const Box& other) {
+        return std::tie(one.top, one.left) < std::tie(other.top, other.left);
+    });
+    double effort = 0;
+    for (auto one = level.begin(); one != level.end() && effort < most_effort; ++one) {
+        const auto isApart = [&](const Box& other) {
+            return other.top != one->top || other.left >= one->right;
+        };
+        const double joins = double(std::find_if(one + 1, level.end(), isApart) - one - 1);
+        effort += joins * joins * effort_of_join;
+    }
+    return effort;
+}
+
 /// About how long it takes to compute with the outlines, in nanoseconds. That depends on how many pairs of
 /// edges share a height, and most of all on how many may cross; of many pairs, some are looked at.
 qint64 effortOf(const Paths& outlines, const Paths& others)
 {
     constexpr std::size_t most_strides = 50;
+    constexpr double effort_of_edge = 200;
+    constexpr double effort_of_level = 10;
     constexpr double effort_of_crossing = 500;
-    struct Box
-    {
-        ClipperLib::cInt left, right, top, bottom;
-    };
     std::vector<Box> boxes;
     for (const Paths* paths : {&outlines, &others}) {
         for (const Path& path : *paths) {
@@ -91,7 +121,8 @@ qint64 effortOf(const Paths& outlines, const Paths& others)
         }
     }
     const double looked = double(strides) / double(std::max<std::size_t>(half, 1));
-    return qint64((level + effort_of_crossing * crossing) / std::max(looked, 1e-9)) + qint64(boxes.size());
+    const double pairs = (effort_of_level * level + effort_of_crossing * crossing) / std::max(looked, 1e-9);
+    return qint64(pairs + effort_of_edge * double(boxes.size()) + effortOfJoins(boxes));
 }
 
 } // namespace

@@ -23,6 +23,14 @@ struct Budget
     qint64 effort = 5'000'000'000; ///< of what is computed with areas
 
     bool isSpent() const { return pairs < 0 || effort < 0; }
+
+    /// Takes what a proof by pictures costs. \return whether it was there.
+    bool takeProof()
+    {
+        constexpr qint64 effort_of_proof = 300'000;
+        effort -= effort_of_proof;
+        return effort >= 0;
+    }
 };
 
 constexpr double most_dashes = 100'000; ///< of one path
@@ -158,9 +166,9 @@ public:
             if (m_isExact)
                 add(part);
         }
-        m_isExact =
-            m_isExact
-            && (!m_hasOverlaps || areAlike(picture(shapes, m_bounds), picture(this->shapes(), m_bounds)));
+        if (m_isExact && m_hasOverlaps)
+            m_isExact = m_budget.takeProof()
+                        && areAlike(picture(shapes, m_bounds), picture(this->shapes(), m_bounds));
     }
 
     /// Whether all could be parted.
@@ -385,7 +393,7 @@ Composer::clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const 
                 continue;
             const Area inside(local, seen, m_budget.effort);
             const SubsetShape cut = area(transform.map(inside.path(seen)), isFill ? part.fill : part.stroke);
-            const bool isCut = inside.isValid()
+            const bool isCut = inside.isValid() && m_budget.takeProof()
                                && areAlike(picture({part}, frame.boundingRect(), frame),
                                            picture({cut}, frame.boundingRect()));
             if (!isCut)
