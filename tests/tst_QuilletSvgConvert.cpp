@@ -929,6 +929,9 @@ private Q_SLOTS:
         row("in a section behind a comment", "<style><!-- a --><![CDATA[a:b{}]]></style>", "2:27");
         row("behind line ends", "<style>\r\nrect{}\r\na:b{}</style>", "4:1");
         row("behind a reference", "<style>g&gt;a{} a:b{}</style>", "2:17");
+        row("behind what would be a reference outside of the section",
+            "<style><![CDATA[/* a & b; */ a:b{}]]></style>",
+            "2:30");
         row("in pieces", " <style>a:b{}<![CDATA[a:c{}]]></style>", "2:2 2:2");
     }
 

@@ -214,6 +214,8 @@ XmlTree::XmlTree(const QString& text)
             const int begin =
                 reader.isCDATA() ? text.lastIndexOf(cdata_begin, offset - 1) + cdata_begin.size() : begins;
             around.rawText = isFirst ? text.mid(begin, offset - begin) : QString();
+            if (reader.isCDATA())
+                around.rawText.replace(QLatin1Char('&'), QLatin1Char(' ')); // which begins no reference there
             around.textPosition = isFirst ? positions.at(begin) : around.position;
         }
     }

@@ -28,7 +28,7 @@ struct XmlElement
     int end = -1;    ///< index behind the last element in it
     QVector<XmlAttribute> attributes;
     QString text;          ///< the characters directly in it
-    QString rawText;       ///< as written, with references; empty where they do not stand in one piece
+    QString rawText;       ///< as written, in CDATA without “&”; empty where they stand in pieces
     Position textPosition; ///< of the first of them; of the element where they do not stand in one piece
 
     /// The value, or an empty text.
