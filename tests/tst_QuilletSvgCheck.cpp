@@ -312,6 +312,9 @@ private Q_SLOTS:
             "lost 2:47 caps, lost 2:53 caps");
         row("flat caps of a line without length", "<path stroke='red' d='M5 5h0'/>", "");
         row("caps that nothing strokes", "<path stroke-linecap='round' d='M5 5h0'/>", "");
+        row("caps of what is hidden",
+            "<path display='none' stroke='red' stroke-linecap='round' d='M5 5h0'/>",
+            "lost 2:7 hidden");
         row("caps that are not seen",
             "<path stroke='red' stroke-opacity='0' stroke-linecap='round' d='M5 5h0'/>",
             "");

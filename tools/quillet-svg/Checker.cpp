@@ -329,7 +329,7 @@ private:
             const Quillet::PainterPath& shape = *m_picture.getPaths()[m_shape];
             const Presentation presentation = inherited(around, path);
             m_findings += checkPresentation(path, presentation, shape);
-            checkStroke(path, shape.getPen());
+            checkStroke(path, presentation, shape.getPen());
             m_layered.append({&shape,
                               presentation.fillOpacity * presentation.opacity,
                               presentation.strokeOpacity * presentation.opacity});
@@ -364,12 +364,13 @@ private:
             QStringLiteral("run “quillet-svg convert”, which parts them"));
     }
 
-    void checkStroke(const XmlElement& path, const QPen& pen)
+    void checkStroke(const XmlElement& path, const Presentation& presentation, const QPen& pen)
     {
         if (!pen.color().isValid())
             return;
         const XmlAttribute* data = path.find(QStringLiteral("d"));
-        if (data && pen.color().alpha() > 0 && pen.widthF() > 0 && pen.capStyle() != Qt::FlatCap)
+        const bool hasCaps = pen.color().alpha() > 0 && pen.widthF() > 0 && pen.capStyle() != Qt::FlatCap;
+        if (data && hasCaps && presentation.isDisplayed)
             m_findings += checkCaps(*data);
         if (pen.joinStyle() != Qt::MiterJoin || pen.miterLimit() >= 1)
             return;
