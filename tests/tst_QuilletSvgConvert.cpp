@@ -1121,6 +1121,12 @@ private Q_SLOTS:
         QCOMPARE(conversion.shapes, 2);
     }
 
+    void measuresHugeLines()
+    {
+        const char* const circle = "<circle r='1e30' stroke='red' stroke-dasharray='5'/>";
+        QVERIFY(lostRules(convertSvg(document(circle))).contains(QStringLiteral("dashes")));
+    }
+
     void saysWhereTooManyLevelEdgesLieOnEachOther()
     {
         QString data = QStringLiteral("M-5 5");

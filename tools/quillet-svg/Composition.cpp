@@ -42,6 +42,20 @@ constexpr int proof_size = 128;
 constexpr int most_difference = 40;
 constexpr double most_blots = 1.0 / 1000; ///< of the pixels
 
+/// How long \a path is. It is measured in one size, for Qt finds no end where coordinates are large.
+double lengthOf(const QPainterPath& path)
+{
+    constexpr double measured_size = 1000;
+    const QRectF box = path.controlPointRect();
+    const double size = std::max({box.width(), box.height(), 1e-9});
+    if (!std::isfinite(size))
+        return size;
+    const double scale = measured_size / size;
+    const QTransform toSize =
+        QTransform::fromTranslate(-box.left(), -box.top()) * QTransform::fromScale(scale, scale);
+    return toSize.map(path).length() / scale;
+}
+
 SubsetShape area(const QPainterPath& path, const QColor& color)
 {
     SubsetShape shape;
@@ -302,7 +316,7 @@ private:
         if (painted.pen.style() != Qt::CustomDashLine)
             return painted;
         const Mark& mark = m_scopes.last().mark;
-        const double length = painted.path.length();
+        const double length = lengthOf(painted.path);
         const double factor = mark.kind == Mark::Dashes ? length / mark.pathLength() : 1;
         QVector<double> dashes = painted.pen.dashPattern();
         for (double& dash : dashes)
