@@ -132,9 +132,8 @@ Area::Area(ClipType operation,
            ClipperLib::PolyFillType rule,
            const Paths& others,
            qint64& effort)
+    : m_isValid((effort -= effortOf(outlines, others)) >= 0)
 {
-    effort -= effortOf(outlines, others);
-    m_isValid = effort >= 0;
     if (!m_isValid)
         return;
     ClipperLib::Clipper clipper;
