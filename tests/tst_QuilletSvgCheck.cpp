@@ -633,7 +633,7 @@ private Q_SLOTS:
         QCOMPARE(reading.errorOffset, error);
     }
 
-    void findsSubpathsWithoutLength_data()
+    void findsDots_data()
     {
         QTest::addColumn<QString>("data");
         QTest::addColumn<QVector<int>>("places");
@@ -661,16 +661,24 @@ private Q_SLOTS:
         row("M1 2a5 5 0 0 1 0 0", {});
         row("M1 2a0 5 0 0 1 3 3", {});
         row("M1 2h5M3 4z", {6});
-        row("M1 2h5zz", {7});
+        row("M1 2h5zz", {});
+        row("M1 2h5zh0", {7});
         row("M1 2zl5 5", {0});
         row("M1 2h0m3 4h0m5 6h1", {0, 6});
     }
 
-    void findsSubpathsWithoutLength()
+    void findsDots()
     {
         QFETCH(QString, data);
         QFETCH(QVector<int>, places);
-        QCOMPARE(subpathsWithoutLength(readPathData(data)), places);
+        const PathReading reading = readPathData(data);
+        QVector<int> found;
+        const QVector<Subpath> subpaths = subpathsOf(reading);
+        for (const Subpath& each : subpaths) {
+            if (each.isDot)
+                found.append(reading.segments[each.begin].offset);
+        }
+        QCOMPARE(found, places);
     }
 
     void anErrorSaysWhatStandsWhere_data()

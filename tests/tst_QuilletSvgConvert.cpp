@@ -285,7 +285,6 @@ private Q_SLOTS:
                                         "<path d='M20 50c0 0 0 0 0 0'/>",
                                         "<path d='M20 50Q20 50 20 50T20 50'/>",
                                         "<path d='M20 50S20 50 20 50'/>",
-                                        "<path d='M20 50A9 9 0 0 1 20 50'/>",
                                         "<path d='M20 50A0 0 0 0 1 20 50z'/>",
                                         "<path d='M20 50zM90 90'/>",
                                         "<path d='M20 50l0 0m9 9'/>"}) {
@@ -294,6 +293,9 @@ private Q_SLOTS:
                     .constData(),
                 dot);
         }
+        row("arc back to where it begins",
+            "<path d='M20 50a9 9 0 0 1 0 0M80 50h0' stroke='red' stroke-width='30' stroke-linecap='round'/>",
+            "<circle cx='80' cy='50' r='15' fill='red'/>");
         row("dot and what goes on from it",
             "<path d='M20 50zL80 50L80 80zl0 0' fill='none' stroke='red' stroke-width='6' "
             "stroke-linecap='square'/>",

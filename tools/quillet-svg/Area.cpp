@@ -132,10 +132,12 @@ Area::Area(ClipType operation,
            ClipperLib::PolyFillType rule,
            const Paths& others,
            qint64& effort)
-    : m_isValid((effort -= effortOf(outlines, others)) >= 0)
 {
-    if (!m_isValid)
+    effort -= effortOf(outlines, others);
+    if (effort < 0) {
+        m_isValid = false;
         return;
+    }
     ClipperLib::Clipper clipper;
     try {
         const bool hasOutlines = clipper.AddPaths(outlines, ClipperLib::ptSubject, true);

@@ -252,11 +252,14 @@ QVector<Finding> checkCaps(const XmlAttribute& attribute)
 {
     QVector<Finding> findings;
     PlacesInValue places(attribute);
-    const QVector<int> offsets = subpathsWithoutLength(readPathData(attribute.value));
-    for (const int offset : offsets) {
+    const PathReading reading = readPathData(attribute.value);
+    const QVector<Subpath> subpaths = subpathsOf(reading);
+    for (const Subpath& each : subpaths) {
+        if (!each.isDot)
+            continue;
         findings.append(
             {Finding::Lost,
-             places.at(offset),
+             places.at(reading.segments[each.begin].offset),
              QStringLiteral("caps"),
              QStringLiteral("of a line without length SVG draws the caps, and the reader nothing"),
              QStringLiteral("make it a trifle long, or run “quillet-svg convert”"),

@@ -165,13 +165,35 @@ bool readNumbers(Scanner& scanner, PathSegment& segment, int count)
     return true;
 }
 
-/// Whether \a segment, which is no arc, has all its points at \a point.
-bool staysAt(const PathSegment& segment, const QPointF& point)
+bool isArc(const PathSegment& segment)
 {
-    const QPointF here = segment.command.isLower() ? QPointF() : point;
-    for (int i = 0; i < segment.numbers.size(); ++i) {
-        const bool isY = i % 2 == 1 || segment.command.toUpper() == QLatin1Char('V');
-        if (segment.numbers[i].toDouble() != (isY ? here.y() : here.x()))
+    return segment.command.toUpper() == QLatin1Char('A');
+}
+
+bool isMove(const PathSegment& segment)
+{
+    return segment.command.toUpper() == QLatin1Char('M');
+}
+
+bool isClose(const PathSegment& segment)
+{
+    return segment.command.toUpper() == QLatin1Char('Z');
+}
+
+/// Whether \a segment, which begins in \a point, never leaves it.
+bool staysIn(const QPointF& point, const PathSegment& segment)
+{
+    const QPointF base = segment.command.isLower() ? point : QPointF();
+    const QChar command = segment.command.toUpper();
+    if (isClose(segment))
+        return true; // where nothing in front of it left the point
+    if (command == QLatin1Char('H'))
+        return qFuzzyIsNull(base.x() + segment.numbers[0].toDouble() - point.x());
+    if (command == QLatin1Char('V'))
+        return qFuzzyIsNull(base.y() + segment.numbers[0].toDouble() - point.y());
+    for (int i = isArc(segment) ? 5 : 0; i + 1 < segment.numbers.size(); i += 2) {
+        const QPointF each(segment.numbers[i].toDouble(), segment.numbers[i + 1].toDouble());
+        if (base + each != point) // compares as Qt does that leaves such lines out
             return false;
     }
     return true;
@@ -206,14 +228,12 @@ bool CurrentPoint::follow(const PathSegment& segment)
 
 bool isFlatArc(const PathSegment& segment)
 {
-    return segment.command.toUpper() == QLatin1Char('A')
-           && (segment.numbers[0].toDouble() == 0 || segment.numbers[1].toDouble() == 0);
+    return isArc(segment) && (segment.numbers[0].toDouble() == 0 || segment.numbers[1].toDouble() == 0);
 }
 
 bool hasSignedRadius(const PathSegment& segment)
 {
-    return segment.command.toUpper() == QLatin1Char('A')
-           && (isRadiusWithSign(segment.numbers[0]) || isRadiusWithSign(segment.numbers[1]));
+    return isArc(segment) && (isRadiusWithSign(segment.numbers[0]) || isRadiusWithSign(segment.numbers[1]));
 }
 
 PathReading readPathData(const QString& data)
@@ -268,37 +288,29 @@ PathReading readPathData(const QString& data)
     return reading;
 }
 
-QVector<int> subpathsWithoutLength(const PathReading& reading)
+QVector<Subpath> subpathsOf(const PathReading& reading)
 {
-    QVector<int> result;
+    const QVector<PathSegment>& segments = reading.segments;
+    QVector<Subpath> subpaths;
     CurrentPoint point;
-    int begin = 0; // of the subpath; -1: the next segment begins one
-    bool isDrawn = false;
-    bool hasLength = false;
-    const auto finish = [&] {
-        if (isDrawn && !hasLength)
-            result.append(begin);
-        begin = -1;
-        isDrawn = false;
-        hasLength = false;
-    };
-    for (const PathSegment& segment : reading.segments) {
-        const QChar command = segment.command.toUpper();
-        if (command == QLatin1Char('M'))
-            finish();
-        if (begin < 0)
-            begin = segment.offset;
-        const QPointF from = point.at();
-        const bool moves = point.follow(segment);
-        if (command == QLatin1Char('M') || (command == QLatin1Char('A') && !moves))
-            continue; // an arc back to where it begins is left out (SVG 1.1, F.6.2)
-        isDrawn = true;
-        hasLength = hasLength || moves || !staysAt(segment, from);
-        if (command == QLatin1Char('Z'))
-            finish();
+    for (int end = 0; end < segments.size();) {
+        const int begin = end;
+        if (isMove(segments[end]))
+            point.follow(segments[end++]);
+        const QPointF start = point.at();
+        bool isDrawn = false;
+        bool hasLength = begin == end && isClose(segments[end]); // what it closes is closed already
+        while (end < segments.size() && !isMove(segments[end])) {
+            const PathSegment& segment = segments[end++];
+            const bool isLeftOut = !point.follow(segment) && isArc(segment); // SVG 1.1, F.6.2
+            isDrawn = isDrawn || !isLeftOut;
+            hasLength = hasLength || !staysIn(start, segment);
+            if (isClose(segment))
+                break;
+        }
+        subpaths.append({begin, end, start, isDrawn && !hasLength});
     }
-    finish();
-    return result;
+    return subpaths;
 }
 
 QString spelledOut(const PathReading& reading, int segmentCount)

@@ -46,9 +46,17 @@ bool isFlatArc(const PathSegment& segment);
 /// so it does not count as an error here.
 bool hasSignedRadius(const PathSegment& segment);
 
-/// Where the subpaths begin that have segments, but no length. SVG draws the caps of such a line, and nothing
-/// else.
-QVector<int> subpathsWithoutLength(const PathReading& reading);
+/// What begins with a move, or behind a segment that closes the subpath in front of it.
+struct Subpath
+{
+    int begin; ///< index of its first segment
+    int end;   ///< index behind its last
+    QPointF start;
+    bool isDot; ///< it has segments, and none has a length: SVG draws the caps of such a line
+};
+
+/// The subpaths of \a reading. A segment has a length where Qt finds one; what has none it does not draw.
+QVector<Subpath> subpathsOf(const PathReading& reading);
 
 /// The same path with every command and number apart. Flat arcs become lines.
 QString spelledOut(const PathReading& reading, int segmentCount);

@@ -132,35 +132,6 @@ QString rewrittenPoints(const QString& points)
     return reading.errorOffset < 0 ? points : reading.numbers.join(QLatin1Char(' '));
 }
 
-bool isMove(const PathSegment& segment)
-{
-    return segment.command.toUpper() == QLatin1Char('M');
-}
-
-bool isClose(const PathSegment& segment)
-{
-    return segment.command.toUpper() == QLatin1Char('Z');
-}
-
-/// Whether \a segment, which begins in \a point, never leaves it.
-bool staysIn(const QPointF& point, const PathSegment& segment)
-{
-    const QPointF base = segment.command.isLower() ? point : QPointF();
-    const QChar command = segment.command.toUpper();
-    if (isClose(segment))
-        return true; // where nothing in front of it left the point
-    if (command == QLatin1Char('H'))
-        return qFuzzyIsNull(base.x() + segment.numbers[0].toDouble() - point.x());
-    if (command == QLatin1Char('V'))
-        return qFuzzyIsNull(base.y() + segment.numbers[0].toDouble() - point.y());
-    for (int i = command == QLatin1Char('A') ? 5 : 0; i + 1 < segment.numbers.size(); i += 2) {
-        const QPointF each(segment.numbers[i].toDouble(), segment.numbers[i + 1].toDouble());
-        if (base + each != point) // compares as Qt does that leaves such lines out
-            return false;
-    }
-    return true;
-}
-
 } // namespace
 
 void writeInQtsForms(QVector<Declaration>& properties,
@@ -204,31 +175,18 @@ QString pathForQt(const QString& data, double strokeWidth)
     const QVector<PathSegment> segments = reading.segments;
     bool changes = reading.errorOffset >= 0 // an error ends the path where it stands (SVG 1.1, F.2)
                    || std::any_of(segments.begin(), segments.end(), isFlatArc);
+    const QVector<Subpath> subpaths = subpathsOf(reading);
     reading.segments.clear();
-    CurrentPoint point;
-    for (int begin = 0; begin < segments.size();) {
-        int end = begin;
-        if (isMove(segments[begin]))
-            point.follow(segments[end++]);
-        const QPointF start = point.at();
-        const int first = end;
-        bool isPoint = end < segments.size() && (end > begin || !isClose(segments[end]));
-        while (end < segments.size() && !isMove(segments[end])) {
-            isPoint = isPoint && staysIn(start, segments[end]);
-            point.follow(segments[end]);
-            if (isClose(segments[end++]))
-                break;
-        }
-        if (isPoint && end > first) {
-            // It has caps, but Qt leaves it out. It is not closed, or it would have corners in their place.
-            const PathSegment move{QLatin1Char('M'), {text(start.x()), text(start.y())}, 0, false};
+    for (const Subpath& each : subpaths) {
+        if (each.isDot) {
+            // Qt leaves it out with its caps. It is not closed, or it would have corners in their place.
+            const PathSegment move{QLatin1Char('M'), {text(each.start.x()), text(each.start.y())}, 0, false};
             reading.segments +=
                 {move, {QLatin1Char('h'), {text(hardly_a_line * strokeWidth)}, 0, false}, move};
             changes = true;
         } else {
-            reading.segments += segments.mid(begin, end - begin);
+            reading.segments += segments.mid(each.begin, each.end - each.begin);
         }
-        begin = end;
     }
     return changes ? spelledOut(reading, reading.segments.size()) : data;
 }

@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr QLatin1String cdata_begin("<![CDATA[");
-
 /// Moves \a position behind the unit at \a offset of \a text.
 void advance(Position& position, const QString& text, int offset)
 {
@@ -211,8 +209,8 @@ XmlTree::XmlTree(const QString& text)
             XmlElement& around = m_elements[open.last()];
             const bool isFirst = around.text.isEmpty();
             around.text += reader.text();
-            const int begin =
-                reader.isCDATA() ? text.lastIndexOf(cdata_begin, offset - 1) + cdata_begin.size() : begins;
+            const QLatin1String cdata("<![CDATA[");
+            const int begin = reader.isCDATA() ? text.lastIndexOf(cdata, offset - 1) + cdata.size() : begins;
             around.rawText = isFirst ? text.mid(begin, offset - begin) : QString();
             if (reader.isCDATA())
                 around.rawText.replace(QLatin1Char('&'), QLatin1Char(' ')); // which begins no reference there
