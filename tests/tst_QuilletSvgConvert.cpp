@@ -1144,28 +1144,32 @@ private Q_SLOTS:
     {
         QString text = QStringLiteral("<defs><g id='a0'><svg width='9' height='.1'><rect x='-1' width='9' "
                                       "height='9'/></svg></g>");
-        for (int i = 1; i <= 15; ++i) // each holds twice what the one before it holds
+        for (int i = 1; i <= 9; ++i) // each holds twice what the one before it holds
             text += QStringLiteral("<g id='a%1'><use xlink:href='#a%2'/><use xlink:href='#a%2'/></g>")
                         .arg(i)
                         .arg(i - 1);
-        text += QStringLiteral("</defs><use xlink:href='#a15'/>");
-        QCOMPARE(lostRules(convertSvg(document(qPrintable(text)))), QStringList{QStringLiteral("overflow")});
+        text += QStringLiteral("</defs><use xlink:href='#a9'/>");
+        const QString all = document(qPrintable(text));
+        QCOMPARE(lostRules(convertSvg(all)), QStringList());
+        QCOMPARE(lostRules(convertSvg(all, 100'000'000)), QStringList{QStringLiteral("overflow")});
     }
 
     void saysWhereTooMuchIsToBeParted()
     {
         QString text = QStringLiteral("<g opacity='.5'><path fill='red' d='M");
-        for (int i = 0; i < 20'000; ++i)
+        for (int i = 0; i < 2000; ++i)
             text += QStringLiteral(" %1 %2")
-                        .arg(50 + 45 * std::cos(i * 2 * M_PI / 20'000))
-                        .arg(50 + 45 * std::sin(i * 2 * M_PI / 20'000));
+                        .arg(50 + 45 * std::cos(i * 0.00314))
+                        .arg(50 + 45 * std::sin(i * 0.00314));
         text += QStringLiteral("'/>");
-        for (int i = 0; i < 800; ++i)
+        for (int i = 0; i < 80; ++i)
             text += QStringLiteral("<rect x='%1' y='%2' width='.5' height='.5'/>")
                         .arg(30 + i % 40)
                         .arg(40 + i / 40);
         text += QStringLiteral("</g>");
-        QCOMPARE(lostRules(convertSvg(document(qPrintable(text)))), QStringList{QStringLiteral("opacity")});
+        const QString all = document(qPrintable(text));
+        QCOMPARE(lostRules(convertSvg(all)), QStringList());
+        QCOMPARE(lostRules(convertSvg(all, 50'000'000)), QStringList{QStringLiteral("opacity")});
     }
 
     // The second document says what is seen without an opacity that several shapes have in common.

@@ -19,8 +19,8 @@ constexpr double stroke_hair = 1.0 / 200;
 /// What is parted and cut in a document at most.
 struct Budget
 {
-    qint64 pairs = 50'000'000;     ///< of shapes
-    qint64 effort = 5'000'000'000; ///< of what is computed with areas
+    qint64 effort;             ///< of what is computed with areas
+    qint64 pairs = 50'000'000; ///< of shapes
 
     bool isSpent() const { return pairs < 0 || effort < 0; }
 
@@ -282,7 +282,10 @@ private:
 class Composer
 {
 public:
-    explicit Composer(const QRectF& frame) : m_frame(frame) { m_scopes.append(Scope()); }
+    Composer(const QRectF& frame, qint64 effort) : m_frame(frame), m_budget{effort}
+    {
+        m_scopes.append(Scope());
+    }
 
     void add(const Painted& painted)
     {
@@ -425,9 +428,9 @@ Composer::clipped(const QVector<SubsetShape>& shapes, const QRectF& rect, const 
 
 } // namespace
 
-Composition compose(const QVector<Painted>& painted, const QRectF& frame)
+Composition compose(const QVector<Painted>& painted, const QRectF& frame, qint64 effort)
 {
-    Composer composer(frame);
+    Composer composer(frame, effort);
     for (const Painted& each : painted)
         composer.add(each);
     return composer.result();

@@ -15,7 +15,7 @@ constexpr QSizeF largest_device(1e6, 1e6); ///< that holds what is recorded, of 
 
 } // namespace
 
-Conversion convertSvg(const QString& text)
+Conversion convertSvg(const QString& text, qint64 effort)
 {
     Conversion result;
     const XmlTree tree(text);
@@ -54,8 +54,8 @@ Conversion convertSvg(const QString& text)
         QPainter painter(&recorder);
         paintWithQt(painter, renderer, result.frame);
     }
-    const Composition composition =
-        compose(recorder.painted(), prepared.clipsToFrame ? QRectF(QPointF(), result.frame.size) : QRectF());
+    const Composition composition = compose(
+        recorder.painted(), prepared.clipsToFrame ? QRectF(QPointF(), result.frame.size) : QRectF(), effort);
     const auto lose =
         [&](const XmlElement& where, const char* rule, const QString& message, const QString& advice) {
             result.losses.append({Finding::Lost, where.position, QLatin1String(rule), message, advice});

@@ -18,6 +18,9 @@ struct Conversion
     QVector<Finding> losses; ///< what of the drawing could not be kept
 };
 
+/// How long cutting and parting may take, in nanoseconds.
+constexpr qint64 most_effort = 5'000'000'000;
+
 /// Rewrites the document \a text so that the library draws of it what Qt's SVG renderer draws of the
-/// original.
-Conversion convertSvg(const QString& text);
+/// original. What would take more than about \a effort nanoseconds to cut or to part stays whole.
+Conversion convertSvg(const QString& text, qint64 effort = most_effort);
