@@ -19,10 +19,12 @@ namespace {
 
 constexpr double grid_size = 1 << 20;
 constexpr double hair_width = grid_size / 10'000; ///< what is narrower is not seen
-constexpr double straight =
-    2; ///< what lies no farther beside a line lies on it, where outlines are given out
 
-constexpr double curve_size = 1000; ///< of the grid in units, to a quarter of which Qt straightens curves
+// Where outlines are given out, a point that lies no farther beside a line lies on it.
+constexpr double straight = 2;
+
+// The grid, in the units in which Qt straightens curves: it stays within a quarter of one.
+constexpr double curve_size = 1000;
 
 double longerSide(const QRectF& rect)
 {
@@ -92,7 +94,7 @@ qint64 effortOf(const Paths& outlines, const Paths& others)
 {
     constexpr std::size_t most_strides = 50;
     constexpr double effort_of_edge = 200;
-    constexpr double effort_of_level = 10;
+    constexpr double effort_of_meeting = 10; // at the same height
     constexpr double effort_of_crossing = 500;
     std::vector<Box> boxes;
     for (const Paths* paths : {&outlines, &others}) {
@@ -107,7 +109,7 @@ qint64 effortOf(const Paths& outlines, const Paths& others)
     }
     const std::size_t half = boxes.size() / 2;
     const std::size_t strides = std::min(half, most_strides);
-    double level = 0;
+    double meeting = 0;
     double crossing = 0;
     std::minstd_rand random; // the same for each call
     for (std::size_t stride = 1; stride <= strides; ++stride) {
@@ -115,13 +117,14 @@ qint64 effortOf(const Paths& outlines, const Paths& others)
         for (std::size_t i = 0; i < boxes.size(); ++i) {
             const Box& one = boxes[i];
             const Box& other = boxes[(i + distance) % boxes.size()];
-            const bool isLevel = one.top < other.bottom && other.top < one.bottom;
-            level += isLevel ? 1 : 0;
-            crossing += isLevel && one.left < other.right && other.left < one.right ? 1 : 0;
+            const bool isMeeting = one.top < other.bottom && other.top < one.bottom;
+            meeting += isMeeting ? 1 : 0;
+            crossing += isMeeting && one.left < other.right && other.left < one.right ? 1 : 0;
         }
     }
     const double looked = double(strides) / double(std::max<std::size_t>(half, 1));
-    const double pairs = (effort_of_level * level + effort_of_crossing * crossing) / std::max(looked, 1e-9);
+    const double pairs =
+        (effort_of_meeting * meeting + effort_of_crossing * crossing) / std::max(looked, 1e-9);
     return qint64(pairs + effort_of_edge * double(boxes.size()) + effortOfJoins(boxes));
 }
 
