@@ -1078,6 +1078,15 @@ private Q_SLOTS:
         QCOMPARE(convertSvg(document(inside, "")).shapes, 3);
     }
 
+    void whatSticksOutByAHairKeepsItsCurves()
+    {
+        const auto hasCurves = [](const char* inside) {
+            return convertSvg(document(inside)).text.contains(QLatin1Char('C'));
+        };
+        QVERIFY(hasCurves("<circle cx='50' cy='50' r='50.09'/>"));
+        QVERIFY(!hasCurves("<circle cx='50' cy='50' r='50.11'/>"));
+    }
+
     void saysWhereShapesShowThroughEachOther()
     {
         // Each of the waves crosses each of the others often.

@@ -5,8 +5,10 @@
 
 #include <clipper.hpp>
 
-/// An area with straight edges between points of a grid. What is computed takes from an effort, which is
-/// about as many nanoseconds; where that becomes negative, nothing is computed, and the result is not valid.
+/// An area with straight edges between points of a grid. Areas that are computed with each other have to be
+/// on the same grid. What is computed takes from an effort, which is about as many nanoseconds; where that
+/// becomes negative, nothing is computed, and the result is empty and not valid. What comes of such a one is
+/// not valid.
 class Area
 {
 public:
@@ -17,7 +19,7 @@ public:
     Area(const QPainterPath& path, const QRectF& bounds, qint64& effort);
 
     bool isEmpty() const { return m_outlines.empty(); }
-    QRectF box() const { return m_box; }
+    QRectF box() const { return m_box; } ///< in coordinates of the grid
 
     /// Whether it could be computed.
     bool isValid() const { return m_isValid; }
@@ -29,7 +31,7 @@ public:
     Area subtracted(const Area& other, qint64& effort) const;
     Area united(const Area& other, qint64& effort) const;
 
-    /// Where it lies, on the grid over \a bounds.
+    /// Where it lies, with the grid over \a bounds.
     QPainterPath path(const QRectF& bounds) const;
 
 private:

@@ -11,8 +11,8 @@
 
 namespace {
 
-// A clip cuts what sticks out farther, as a share of its longer side. What is cut has no curves any more, and
-// a stroke is a stroke no more.
+// A clip cuts what sticks out farther, as a share of the longer side of what is seen of it. What is cut has
+// no curves any more, and a stroke is a stroke no more.
 constexpr double fill_hair = 1.0 / 1000;
 constexpr double stroke_hair = 1.0 / 200;
 
