@@ -109,6 +109,15 @@ void dismiss(const QPointer<QDialog>& dialog)
         dialog->QDialog::setVisible(false); // whatever the dialog itself makes of it
 }
 
+// The window at the head of all that have been opened from one another.
+const QWidget* mainWindowOf(const QWidget& window)
+{
+    const QWidget* head = &window;
+    while (head->parentWidget())
+        head = head->parentWidget();
+    return head;
+}
+
 // Whether the box is where a user can see and reach all of it. A window manager takes its time to expose a
 // window, and once more to give it the size that it has asked for when its first show has given it its look.
 bool isOnScreen(const QMessageBox& box)
@@ -133,6 +142,9 @@ struct Showing
     bool isGivenUp = false;   ///< has been dismissed
     bool isActivated = false; ///< has been asked to become the active window
     QMetaObject::Connection clicked;
+
+    /// Whether it is one to answer or to dismiss.
+    bool isPending() const { return isMessageBox && isOpen && dialog && !isGivenUp; }
 
     QMessageBox* box() const { return isMessageBox ? qobject_cast<QMessageBox*>(dialog.data()) : nullptr; }
 };
@@ -179,6 +191,15 @@ public:
             if (const auto showing = find(watched); showing && !event->spontaneous())
                 close(*showing);
             break;
+        case QEvent::WindowBlocked:
+            if (watched->isWindowType())
+                m_blocked.append(static_cast<QWindow*>(watched));
+            break;
+        case QEvent::WindowUnblocked:
+            if (watched->isWindowType())
+                m_blocked.removeAll(static_cast<QWindow*>(watched));
+            schedule();
+            break;
         case QEvent::Expose:
         case QEvent::Resize:
         case QEvent::WindowActivate:
@@ -215,9 +236,8 @@ public:
 
     bool isBoxOpen() const
     {
-        return std::any_of(m_showings.begin(), m_showings.end(), [](const auto& each) {
-            return each->isMessageBox && each->isOpen && each->dialog && !each->isGivenUp;
-        });
+        return std::any_of(
+            m_showings.begin(), m_showings.end(), [](const auto& each) { return each->isPending(); });
     }
 
     bool wait()
@@ -266,22 +286,25 @@ public:
     /// Ends what is still open, for good.
     void finish()
     {
-        forgetClosed();
-        const auto left = m_showings;
-        for (auto each = left.rbegin(); each != left.rend(); ++each) {
-            Showing& showing = **each;
-            if (!showing.isMessageBox || !showing.isOpen || !showing.dialog || showing.isGivenUp)
-                continue;
-            match(showing);
-            const QString blocker = blockerOf(showing);
+        for (;;) { // the end of one may bring another
+            forgetClosed();
+            const auto last = std::find_if(
+                m_showings.rbegin(), m_showings.rend(), [](const auto& each) { return each->isPending(); });
+            if (last == m_showings.rend())
+                return;
+            const ShowingPointer showing = *last;
+            match(*showing);
+            const QString blocker = blockerOf(*showing);
             const QString advice =
                 QStringLiteral(" Call wait() before, for boxes that are opened without blocking.");
             reportFailure(QStringLiteral("The %1 is still open at the end of its driver%2.%3")
-                              .arg(nameOf(records.at(showing.record).identifier),
+                              .arg(nameOf(records.at(showing->record).identifier),
                                    blocker,
                                    blocker.isEmpty() ? advice : QString()),
-                          whereOf(showing));
-            giveUp(showing);
+                          whereOf(*showing));
+            if (!showing->expectation)
+                countUnexpected();
+            giveUp(*showing);
         }
     }
 
@@ -398,16 +421,9 @@ private:
     /// The open box that a user could answer now; null where there is none.
     ShowingPointer findAnswerable() const
     {
-        const QWidget* const modal = QApplication::activeModalWidget();
         for (auto each = m_showings.rbegin(); each != m_showings.rend(); ++each) {
             const Showing& showing = **each;
-            if (!showing.isMessageBox || !showing.isOpen || showing.isBusy || showing.isGivenUp
-                || !showing.dialog)
-                continue;
-            bool isBlocked = modal;
-            for (const QWidget* widget = showing.dialog; widget && isBlocked; widget = widget->parentWidget())
-                isBlocked = widget != modal;
-            if (!isBlocked)
+            if (showing.isPending() && !showing.isBusy && !isBlocked(showing))
                 return *each;
         }
         return nullptr;
@@ -601,6 +617,11 @@ private:
         reportFailure(QStringLiteral("An unexpected dialog has come:%1\nStill expected: %2.")
                           .arg(indented(records.at(showing.record).description()), quoted(expected)),
                       where);
+        countUnexpected();
+    }
+
+    void countUnexpected()
+    {
         if (++m_unexpectedBoxes == most_unexpected_boxes) {
             qFatal("%d unexpected dialogs: the code seems to ask until it gets another answer.",
                    most_unexpected_boxes);
@@ -641,14 +662,34 @@ private:
         giveUp(*hanging);
     }
 
-    /// The modal dialog that keeps a user from a box, as the end of a sentence; empty where there is none.
-    static QString blockerOf(const Showing& showing)
+    /// Whether a modal dialog keeps a user from the box. Qt drops what mouse and keyboard do to it then.
+    bool isBlocked(const Showing& showing) const
     {
-        const QWidget* const modal = QApplication::activeModalWidget();
-        if (!modal || modal == showing.dialog)
+        QWindow* const window = showing.dialog->windowHandle();
+        return window && m_blocked.contains(window);
+    }
+
+    /// That modal dialog, as the end of a sentence; empty where there is none.
+    QString blockerOf(const Showing& showing) const
+    {
+        if (!isBlocked(showing))
             return {};
+        const auto isBlocker = [&](const QWidget* other) {
+            return other && other != showing.dialog && other->isVisible()
+                   && (other->windowModality() == Qt::ApplicationModal
+                       || (other->windowModality() == Qt::WindowModal
+                           && mainWindowOf(*other) == mainWindowOf(*showing.dialog)));
+        };
+        const QWidget* blocker = QApplication::activeModalWidget();
+        if (!isBlocker(blocker)) {
+            const QWidgetList windows = QApplication::topLevelWidgets();
+            const auto found = std::find_if(windows.begin(), windows.end(), isBlocker);
+            if (found == windows.end())
+                return QStringLiteral(", blocked by another window");
+            blocker = *found;
+        }
         return QStringLiteral(", blocked by a %1 titled %2")
-            .arg(QString::fromLatin1(modal->metaObject()->className()), quoted(modal->windowTitle()));
+            .arg(QString::fromLatin1(blocker->metaObject()->className()), quoted(blocker->windowTitle()));
     }
 
     /// What has been done with a box, or why it has not.
@@ -700,6 +741,7 @@ private:
     }
 
     std::vector<ShowingPointer> m_showings;                 // in the order in which they came
+    QVector<QPointer<QWindow>> m_blocked;                   // by modal dialogs; may hold null
     std::vector<std::shared_ptr<DialogExpectation>> m_kept; // verified, and still referred to
     QTimer m_watchdog;
     QElapsedTimer m_sinceProgress;

@@ -453,6 +453,45 @@ private Q_SLOTS:
         QVERIFY(!dialog.isVisible());
     }
 
+    void openedByTheEndOfAnother()
+    {
+        SaveChanges dialog;
+        QMessageBox next;
+        next.setObjectName(QStringLiteral("next"));
+        connect(&dialog, &QDialog::finished, &next, &QDialog::open);
+        {
+            DialogDriver driver;
+            driver.expect(QStringLiteral("save-changes"));
+            driver.expect(QStringLiteral("next"));
+            dialog.open();
+        }
+        QVERIFY(!dialog.isVisible());
+        QVERIFY(!next.isVisible());
+    }
+
+    void blockedBySheet()
+    {
+        QWidget window;
+        QWidget otherWindow;
+        window.show();
+        otherWindow.show();
+        QInputDialog sheet(&window);
+        sheet.setWindowTitle(QStringLiteral("Name"));
+        QInputDialog otherSheet(&otherWindow);
+        otherSheet.setWindowTitle(QStringLiteral("Other name"));
+        SaveChanges dialog;
+        dialog.setParent(&window, dialog.windowFlags());
+        dialog.setModal(false);
+        {
+            DialogDriver driver;
+            driver.expect(QStringLiteral("save-changes"));
+            dialog.show();
+            sheet.open();
+            otherSheet.open();
+        }
+        QVERIFY(!dialog.isVisible());
+    }
+
     void blockedAtTheEnd()
     {
         SaveChanges dialog;
@@ -463,7 +502,8 @@ private Q_SLOTS:
             DialogDriver driver;
             driver.expect(QStringLiteral("save-changes"));
             dialog.show();
-            other.open();
+            other.setModal(true);
+            other.show();
         }
         QVERIFY(!dialog.isVisible());
     }

@@ -430,6 +430,32 @@ private Q_SLOTS:
         QCOMPARE(clickedButtonOf(box), QStringLiteral("Save"));
     }
 
+    void aBoxOfAnotherWindowThanTheWindowModalDialogsIsAnswered()
+    {
+        QWidget window;
+        QWidget other;
+        window.show();
+        other.show();
+        QInputDialog sheet(&window);
+        DialogDriver driver;
+        driver.expect(identifier()).click(QStringLiteral("Save"));
+        driver.expect(QStringLiteral("blocked"));
+        sheet.open();
+        QMessageBox blocked(&window);
+        blocked.setObjectName(QStringLiteral("blocked"));
+        blocked.setModal(false);
+        blocked.show();
+        MessageDialog box(&other);
+        box.setId(identifier());
+        addButtons(box);
+        box.open();
+        QTRY_COMPARE(clickedButtonOf(box), QStringLiteral("Save"));
+        QVERIFY(sheet.isVisible() && blocked.isVisible());
+        sheet.done(0);
+        QVERIFY(driver.wait());
+        QVERIFY(!blocked.isVisible());
+    }
+
     void theDriverMadeLastAnswers()
     {
         DialogDriver first;

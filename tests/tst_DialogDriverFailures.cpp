@@ -160,6 +160,8 @@ private Q_SLOTS:
         says("throwingSomethingElse", "is given up, since the test's code has thrown an exception");
         says("blockedAtTheEnd",
              "is still open at the end of its driver, blocked by a QInputDialog titled \"Name\"");
+        says("blockedBySheet",
+             "is still open at the end of its driver, blocked by a QInputDialog titled \"Name\"");
         says("driverEndedByItsAnswer",
              "is still open at the end of its driver. Call wait() before, for boxes that are opened without "
              "blocking");
@@ -206,6 +208,19 @@ private Q_SLOTS:
         const Outcome outcome =
             run(FAILING_DIALOGS, QString::fromLatin1(QTest::currentDataTag()), underQtTest());
         QCOMPARE(outcome.failures, QStringList(message));
+        QVERIFY(!outcome.hasCrashed);
+    }
+
+    void aDialogThatTheEndOfAnotherBringsIsEndedToo()
+    {
+        const Outcome outcome =
+            run(FAILING_DIALOGS, QStringLiteral("openedByTheEndOfAnother"), underQtTest());
+        const QString message =
+            QStringLiteral("The dialog \"%1\" is still open at the end of its driver. Call "
+                           "wait() before, for boxes that are opened without blocking.");
+        QCOMPARE(
+            outcome.failures,
+            QStringList({message.arg(QStringLiteral("save-changes")), message.arg(QStringLiteral("next"))}));
         QVERIFY(!outcome.hasCrashed);
     }
 
