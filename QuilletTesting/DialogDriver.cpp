@@ -1,24 +1,20 @@
 #include <QuilletTesting/DialogDriver.h>
 
+#include <QuilletTesting/Boxes.h>
 #include <QuilletTesting/ExpectationData.h>
 #include <QuilletTesting/Labels.h>
 
-#include <Quillet/MessageDialog.h>
-
-#include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
-#include <QtCore/QFile>
 #include <QtCore/QPointer>
 #include <QtCore/QTimer>
-#include <QtGui/QKeyEvent>
 #include <QtGui/QWindow>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QDialog>
 #include <QtWidgets/QPushButton>
 
 #include <algorithm>
-#include <exception>
+#include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -31,49 +27,16 @@ constexpr int default_timeout = 5000;
 // Code that asks again until it gets another answer than Escape would otherwise never end.
 constexpr int most_unexpected_boxes = 100;
 
+int defaultTimeout()
+{
+    const int chosen = qEnvironmentVariableIntValue("QUILLET_TESTING_TIMEOUT");
+    return chosen > 0 ? chosen : default_timeout;
+}
+
 QVector<DialogDriverPrivate*>& drivers()
 {
     static QVector<DialogDriverPrivate*> all;
     return all;
-}
-
-QString identifierOf(const QMessageBox& box)
-{
-    const auto* const dialog = qobject_cast<const MessageDialog*>(&box);
-    const QString id = dialog ? dialog->getId() : QString();
-    return id.isEmpty() ? box.objectName() : id;
-}
-
-// QMessageBox forgets the icon of a box that gets a picture, as a MessageDialog does on its first show.
-QMessageBox::Icon iconOf(const QMessageBox& box)
-{
-    const QPixmap picture = box.iconPixmap();
-    if (box.icon() != QMessageBox::NoIcon || picture.isNull() || !qobject_cast<const MessageDialog*>(&box))
-        return box.icon();
-    for (const auto icon :
-         {QMessageBox::Information, QMessageBox::Warning, QMessageBox::Critical, QMessageBox::Question}) {
-        MessageDialog other({}, {}, icon);
-        other.updateStyle();
-        if (other.iconPixmap().toImage() == picture.toImage())
-            return icon;
-    }
-    return QMessageBox::NoIcon;
-}
-
-// What the box is at this moment, but for its icon.
-void describe(const QMessageBox& box, DialogRecord& record)
-{
-    record.identifier = identifierOf(box);
-    record.title = box.windowTitle();
-    record.text = box.text();
-    record.informativeText = box.informativeText();
-    record.buttons.clear();
-    const QList<QAbstractButton*> buttons = box.buttons();
-    for (const QAbstractButton* button : buttons)
-        record.buttons.append(labelOf(button));
-    record.defaultButton = labelOf(box.defaultButton());
-    const auto* const dialog = qobject_cast<const MessageDialog*>(&box);
-    record.primaryButton = labelOf(dialog ? dialog->getPrimaryButton() : nullptr);
 }
 
 QString nameOf(const QString& identifier)
@@ -82,48 +45,35 @@ QString nameOf(const QString& identifier)
                                 : QStringLiteral("dialog ") + quoted(identifier);
 }
 
-QString summaryOf(const DialogRecord& record)
+// With all that tells it from others.
+QString nameOf(const ExpectationData& expectation)
 {
-    return QStringLiteral("%1, titled %2, text %3, buttons %4")
-        .arg(nameOf(record.identifier), quoted(record.title), quoted(record.text), quoted(record.buttons));
+    QString name = nameOf(expectation.identifier);
+    for (const Feature& each : expectation.features)
+        name += each.description;
+    return name;
 }
 
-QString indented(const QString& lines)
+QString lineOf(const ExpectationData& expectation)
 {
-    return QStringLiteral("\n  ") + QString(lines).replace(QLatin1Char('\n'), QStringLiteral("\n  "));
+    return QStringLiteral(" (line %1)").arg(expectation.where.line);
 }
 
-// Ends a dialog in the ways that a user has and, where it has none of them, by force.
-void dismiss(const QPointer<QDialog>& dialog)
+// A box that has come, and what it was taken for.
+QString summaryOf(const DialogRecord& record, const ExpectationData* expectation)
 {
-    const auto isOpen = [&] { return dialog && dialog->isVisible(); };
-    if (isOpen()) {
-        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-        QCoreApplication::sendEvent(dialog, &escape);
-    }
-    if (isOpen())
-        dialog->close();
-    if (isOpen())
-        dialog->done(QDialog::Rejected);
-    if (isOpen())
-        dialog->QDialog::setVisible(false); // whatever the dialog itself makes of it
+    return QStringLiteral("%1, titled %2, text %3, buttons %4: %5")
+        .arg(nameOf(record.identifier),
+             quoted(record.title),
+             quoted(record.text),
+             quoted(record.buttons),
+             expectation ? QStringLiteral("expected") + lineOf(*expectation) : QStringLiteral("unexpected"));
 }
 
-// The window at the head of all that have been opened from one another.
-const QWidget* mainWindowOf(const QWidget& window)
+// For the end of a message; empty where there is none.
+QString screenshotLine(const QString& file)
 {
-    const QWidget* head = &window;
-    while (head->parentWidget())
-        head = head->parentWidget();
-    return head;
-}
-
-// Whether the box is where a user can see and reach all of it. A window manager takes its time to expose a
-// window, and once more to give it the size that it has asked for when its first show has given it its look.
-bool isOnScreen(const QMessageBox& box)
-{
-    const QWindow* const window = box.windowHandle();
-    return window && window->isExposed() && box.size() == box.size().expandedTo(box.minimumSize());
+    return file.isEmpty() ? QString() : QStringLiteral("\n  screenshot: ") + file;
 }
 
 } // namespace
@@ -136,6 +86,8 @@ struct Showing
     int record = -1;
     ExpectationData* expectation = nullptr;
     std::size_t nextStep = 0;
+    QString lastStep;         ///< its name
+    QString obstacle;         ///< to the next one, as the end of a sentence about an open box
     bool isMatched = false;   ///< has been looked up among the expectations
     bool isOpen = true;       ///< neither hidden nor destroyed
     bool isBusy = false;      ///< a step is being performed, maybe in a loop below this one
@@ -143,14 +95,28 @@ struct Showing
     bool isActivated = false; ///< has been asked to become the active window
     QMetaObject::Connection clicked;
 
-    /// Whether it is one to answer or to dismiss.
-    bool isPending() const { return isMessageBox && isOpen && dialog && !isGivenUp; }
+    /// Whether the time-out is for it.
+    bool isPending() const { return isOpen && dialog && !isGivenUp; }
 
-    QMessageBox* box() const { return isMessageBox ? qobject_cast<QMessageBox*>(dialog.data()) : nullptr; }
+    /// Whether it is to be answered.
+    bool isPendingBox() const { return isMessageBox && isPending(); }
+
+    /// Null also when the box is being destroyed.
+    QMessageBox* box() const { return qobject_cast<QMessageBox*>(dialog.data()); }
+
+    /// What is to be done next with an expected box; none when all has been done.
+    std::optional<Step> step() const
+    {
+        if (nextStep < expectation->steps.size())
+            return expectation->steps[nextStep];
+        if (nextStep == expectation->steps.size() && !expectation->hasAnswer())
+            return keyStep(Qt::Key_Escape, Qt::NoModifier);
+        return {};
+    }
 };
 
-using ShowingPointer =
-    std::shared_ptr<Showing>; // other code runs, and shows close, inside most functions here
+// Shared: other code runs, and boxes close, inside most functions here.
+using ShowingPointer = std::shared_ptr<Showing>;
 
 /// Sees all events of the application. What it has to do it does later, from the event loop that then runs:
 /// at a show the box's own loop has not begun.
@@ -186,10 +152,12 @@ public:
         case QEvent::Show:
             if (auto* dialog = qobject_cast<QDialog*>(watched); dialog && isLast && !event->spontaneous())
                 open(*dialog);
+            schedule();
             break;
         case QEvent::Hide:
             if (const auto showing = find(watched); showing && !event->spontaneous())
                 close(*showing);
+            schedule();
             break;
         case QEvent::WindowBlocked:
             if (watched->isWindowType())
@@ -200,9 +168,12 @@ public:
                 m_blocked.removeAll(static_cast<QWindow*>(watched));
             schedule();
             break;
+        case QEvent::EnabledChange:
         case QEvent::Expose:
+        case QEvent::Move:
         case QEvent::Resize:
         case QEvent::WindowActivate:
+        case QEvent::ZOrderChange:
             schedule();
             break;
         default:
@@ -211,48 +182,47 @@ public:
         return false;
     }
 
-    /// The expectation that a box of this kind meets next; null where none does.
-    ExpectationData* findExpectation(const DialogRecord& record)
+    /// The expectation that a box meets: one that fits before one that does not, and then one that is owed
+    /// before one that may or may not be met. Null where there is none.
+    ExpectationData* findExpectation(const DialogRecord& record) const
     {
         ExpectationData* found = nullptr;
+        int bestRank = -1;
         for (const auto& each : expectations) {
             ExpectationData& data = *each->d;
-            if (data.identifier != record.identifier || data.come == data.most)
+            const bool isFit = data.fits(record);
+            if (data.identifier != record.identifier || data.come == data.most
+                || (data.identifier.isEmpty() && !isFit))
                 continue;
-            if (data.fits(record))
-                return &data;
-            if (!found)
+            const int rank = (isFit ? 2 : 0) + (data.isOwed() ? 1 : 0);
+            if (rank > bestRank)
                 found = &data;
+            bestRank = std::max(rank, bestRank);
         }
         return found;
     }
 
     bool allHaveCome() const
     {
-        return std::all_of(expectations.begin(), expectations.end(), [](const auto& each) {
-            return each->d->come >= each->d->least;
-        });
-    }
-
-    bool isBoxOpen() const
-    {
-        return std::any_of(
-            m_showings.begin(), m_showings.end(), [](const auto& each) { return each->isPending(); });
+        return std::all_of(
+            expectations.begin(), expectations.end(), [](const auto& each) { return !each->d->isOwed(); });
     }
 
     bool wait()
     {
         const auto isDone = [this] {
             forgetClosed();
-            return allHaveCome() && !isBoxOpen();
+            return allHaveCome() && !findLast(&Showing::isPendingBox);
         };
+        const int timeOutsBefore = m_timeOuts;
         // What is due first: it may open a box that nobody expects.
         QCoreApplication::processEvents();
         m_sinceProgress.start();
         for (qint64 left = timeout; left > 0; left = timeout - m_sinceProgress.elapsed()) {
             if (QTest::qWaitFor(isDone, static_cast<int>(left)))
-                return true;
+                return m_timeOuts == timeOutsBefore;
         }
+        endWhatHangs();
         return false;
     }
 
@@ -261,18 +231,18 @@ public:
         QString instead = QStringLiteral("No dialog has come.");
         if (!records.isEmpty()) {
             QStringList seen;
-            for (const DialogRecord& record : qAsConst(records))
-                seen.append(summaryOf(record));
+            for (int i = 0; i < records.size(); ++i)
+                seen.append(summaryOf(records.at(i), m_expectationsOfRecords.at(i)));
             instead = QStringLiteral("What has come:") + indented(seen.join(QLatin1Char('\n')));
         }
         const auto all = std::exchange(expectations, {});
         bool haveAllCome = true;
         for (const auto& each : all) {
             const ExpectationData& data = *each->d;
-            if (data.come >= data.least)
+            if (!data.isOwed())
                 continue;
             haveAllCome = false;
-            QString message = QStringLiteral("The expected ") + nameOf(data.identifier);
+            QString message = QStringLiteral("The expected ") + nameOf(data);
             if (data.least == 1)
                 message += QStringLiteral(" has not come.");
             else
@@ -288,22 +258,22 @@ public:
     {
         for (;;) { // the end of one may bring another
             forgetClosed();
-            const auto last = std::find_if(
-                m_showings.rbegin(), m_showings.rend(), [](const auto& each) { return each->isPending(); });
-            if (last == m_showings.rend())
+            const ShowingPointer showing = findLast(&Showing::isPendingBox);
+            if (!showing)
                 return;
-            const ShowingPointer showing = *last;
             match(*showing);
-            const QString blocker = blockerOf(*showing);
-            const QString advice =
-                QStringLiteral(" Call wait() before, for boxes that are opened without blocking.");
-            reportFailure(QStringLiteral("The %1 is still open at the end of its driver%2.%3")
-                              .arg(nameOf(records.at(showing->record).identifier),
-                                   blocker,
-                                   blocker.isEmpty() ? advice : QString()),
-                          whereOf(*showing));
-            if (!showing->expectation)
-                countUnexpected();
+            if (!showing->expectation) {
+                reportUnexpected(*showing);
+                giveUp(*showing);
+                continue;
+            }
+            const QString reason = isBlocked(*showing)
+                                       ? blockerOf(*showing->dialog) + QLatin1Char('.')
+                                       : QStringLiteral(". Call wait() before, for boxes that are opened "
+                                                        "without blocking.");
+            reportFailure(QStringLiteral("The %1 is still open at the end of its driver%2")
+                              .arg(nameOf(showing->expectation->identifier), reason),
+                          showing->expectation->where);
             giveUp(*showing);
         }
     }
@@ -311,21 +281,22 @@ public:
     const SourceLocation where;
     std::vector<std::shared_ptr<DialogExpectation>> expectations;
     QVector<DialogRecord> records;
-    int timeout = default_timeout;
-    QString screenshotDirectory;
+    int timeout = defaultTimeout();
+    QString screenshotDirectory = qEnvironmentVariable("QUILLET_TESTING_SCREENSHOTS");
     bool isVerified = false;
 
 private:
-    void schedule() { QTimer::singleShot(0, this, &DialogDriverPrivate::answer); }
+    void schedule()
+    {
+        if (!m_showings.empty() && !std::exchange(m_isScheduled, true))
+            QTimer::singleShot(0, this, &DialogDriverPrivate::answer);
+    }
 
     /// Something has happened: the time-out begins anew.
     void noteProgress()
     {
         m_sinceProgress.start();
-        const bool isAnyOpen = std::any_of(m_showings.begin(), m_showings.end(), [](const auto& each) {
-            return each->isOpen && each->dialog && !each->isGivenUp;
-        });
-        if (isAnyOpen)
+        if (findLast(&Showing::isPending))
             m_watchdog.start(timeout);
         else
             m_watchdog.stop();
@@ -333,10 +304,17 @@ private:
 
     ShowingPointer find(const QObject* dialog) const
     {
-        const auto found = std::find_if(m_showings.begin(), m_showings.end(), [=](const auto& each) {
-            return each->isOpen && each->dialog == dialog;
+        return findLast([=](const Showing& each) { return each.isOpen && each.dialog == dialog; });
+    }
+
+    /// The last of the showings for which \a isMeant holds; null where there is none.
+    template <typename Condition>
+    ShowingPointer findLast(Condition isMeant) const
+    {
+        const auto found = std::find_if(m_showings.rbegin(), m_showings.rend(), [&](const auto& each) {
+            return std::invoke(isMeant, *each);
         });
-        return found == m_showings.end() ? nullptr : *found;
+        return found == m_showings.rend() ? nullptr : *found;
     }
 
     void open(QDialog& dialog)
@@ -354,9 +332,11 @@ private:
             record.icon = iconOf(*box);
             showing->record = records.size();
             records.append(record);
-            showing->clicked =
-                connect(box, &QMessageBox::buttonClicked, this, [this, at = showing->record](auto* button) {
+            m_expectationsOfRecords.append(nullptr);
+            showing->clicked = connect(
+                box, &QMessageBox::buttonClicked, this, [this, box, at = showing->record](auto* button) {
                     records[at].clickedButton = labelOf(button);
+                    records[at].clickedStandardButton = box->standardButton(button);
                 });
         }
         m_showings.push_back(showing);
@@ -399,8 +379,7 @@ private:
         match(showing);
         const ExpectationData* const expectation = showing.expectation;
         if (!expectation) {
-            if (!hasBeenSeen)
-                reportUnexpected(showing);
+            reportUnexpected(showing);
             return;
         }
         if (!hasBeenSeen && showing.box()) {
@@ -410,51 +389,46 @@ private:
                               .arg(nameOf(expectation->identifier)),
                           expectation->where);
         }
-        if (showing.nextStep < expectation->steps.size()) {
-            const Step& step = expectation->steps[showing.nextStep];
+        // Escape, where no answer was given, is for a box that does not close by itself.
+        if (showing.nextStep < expectation->steps.size() && showing.step()->perform) {
             reportFailure(QStringLiteral("The %1 has closed before %2.")
-                              .arg(nameOf(expectation->identifier), step.name),
+                              .arg(nameOf(expectation->identifier), showing.step()->name),
                           expectation->where);
         }
     }
 
-    /// The open box that a user could answer now; null where there is none.
-    ShowingPointer findAnswerable() const
-    {
-        for (auto each = m_showings.rbegin(); each != m_showings.rend(); ++each) {
-            const Showing& showing = **each;
-            if (showing.isPending() && !showing.isBusy && !isBlocked(showing))
-                return *each;
-        }
-        return nullptr;
-    }
-
+    /// Goes on with the box that a user could answer now, if there is one.
     void answer()
     {
+        m_isScheduled = false;
         if (drivers().constLast() != this)
             return;
         forgetClosed();
-        const ShowingPointer showing = findAnswerable();
-        if (!showing)
-            return;
+        const auto all = m_showings;
+        for (auto each = all.rbegin(); each != all.rend(); ++each) {
+            Showing& showing = **each;
+            if (showing.isPendingBox() && !showing.isBusy && !isBlocked(showing) && goOn(showing))
+                return;
+        }
+    }
 
-        if (!showing->isMatched) {
-            match(*showing);
-            if (showing->expectation)
-                check(*showing);
+    /// Returns false when nothing can be done with the box as yet; an event that changes that comes back
+    /// here.
+    bool goOn(Showing& showing)
+    {
+        if (!showing.isMatched) {
+            match(showing);
+            if (showing.expectation)
+                check(showing);
             else
-                reportUnexpected(*showing);
+                reportUnexpected(showing);
         }
-        const ExpectationData* const expectation = showing->expectation;
-        if (!expectation) {
-            giveUp(*showing);
-        } else if (showing->nextStep < expectation->steps.size()) {
-            perform(*showing, Step(expectation->steps[showing->nextStep]));
-        } else if (showing->nextStep == expectation->steps.size() && !expectation->hasAnswer()) {
-            Step escape{Step::Kind::Key, QStringLiteral("the key Esc")};
-            escape.key = Qt::Key_Escape;
-            perform(*showing, escape);
+        if (!showing.expectation) {
+            giveUp(showing);
+            return true;
         }
+        const auto step = showing.step();
+        return step && step->perform && perform(showing, *step);
     }
 
     void match(Showing& showing)
@@ -470,6 +444,7 @@ private:
         showing.expectation = findExpectation(record);
         if (showing.expectation)
             ++showing.expectation->come;
+        m_expectationsOfRecords[showing.record] = showing.expectation;
         record.wasExpected = showing.expectation;
     }
 
@@ -484,113 +459,79 @@ private:
         }
         if (differences.isEmpty())
             return;
-        QString message = QStringLiteral("The %1 differs from what was expected:")
-                              .arg(nameOf(showing.expectation->identifier));
         takeScreenshot(showing);
-        const QString screenshot = records.at(showing.record).screenshot;
-        if (!screenshot.isEmpty())
-            differences.append(QStringLiteral("screenshot: ") + screenshot);
-        message += indented(differences.join(QLatin1Char('\n')));
-        reportFailure(message, showing.expectation->where);
+        reportFailure(QStringLiteral("The %1 differs from what was expected:%2%3")
+                          .arg(nameOf(showing.expectation->identifier),
+                               indented(differences.join(QLatin1Char('\n'))),
+                               screenshotLine(records.at(showing.record).screenshot)),
+                      showing.expectation->where);
     }
 
-    void perform(Showing& showing, const Step& step)
+    /// Returns false when it cannot be done as yet, and notes why.
+    bool perform(Showing& showing, const Step& step)
     {
         QMessageBox& box = *showing.box();
-        if (!isOnScreen(box))
-            return; // the event that changes that comes back here
-        QWindow* const window = box.windowHandle();
+        if (!isOnScreen(box)) {
+            showing.obstacle = QStringLiteral(", not completely on the screen");
+            return false;
+        }
+        if (const QWidget* popup = QApplication::activePopupWidget()) {
+            showing.obstacle =
+                QStringLiteral(", behind a ") + QString::fromLatin1(popup->metaObject()->className());
+            return false;
+        }
         // Asked of the window: QWidget::isActiveWindow() stays false on the offscreen platform for a box that
         // is shown again.
-        if (step.kind == Step::Kind::Key && QGuiApplication::focusWindow() != window) {
+        if (step.needsActiveWindow && QGuiApplication::focusWindow() != box.windowHandle()) {
+            showing.obstacle = QStringLiteral(", its window not active");
             if (!std::exchange(showing.isActivated, true))
                 box.activateWindow();
-            return;
+            return true; // other boxes must not ask for it meanwhile
         }
+        const Target target = step.findTarget ? step.findTarget(box) : Target();
+        if (step.findTarget && !target.widget) {
+            reportProblem(showing, target.problem);
+            giveUp(showing);
+            return true;
+        }
+        showing.obstacle = target.widget ? obstacleTo(target, box) : QString();
+        if (!showing.obstacle.isEmpty())
+            return false;
 
-        // The step's own event loops may come by here, and end the box, or the driver.
+        // The step's own event loops may come by here, and end the box, or the driver with the expectation.
         const QPointer<DialogDriverPrivate> self(this);
+        const QString identifier = showing.expectation->identifier;
+        const SourceLocation place = showing.expectation->where;
         showing.isBusy = true;
         showing.isActivated = false;
         ++showing.nextStep;
+        showing.lastStep = step.name;
         noteProgress();
-        switch (step.kind) {
-        case Step::Kind::Click: {
-            const QString problem = click(box, step);
-            if (!problem.isEmpty()) {
-                reportFailure(
-                    QStringLiteral("The %1 %2.").arg(nameOf(showing.expectation->identifier), problem),
-                    showing.expectation->where);
-                giveUp(showing);
-            }
-            break;
+        const QString problem = step.perform(box, target);
+        const QString message = QStringLiteral("The %1 %2.").arg(nameOf(identifier), problem);
+        if (!self) {
+            if (!problem.isEmpty())
+                reportFailure(message, place);
+        } else if (!problem.isEmpty()) {
+            reportProblem(showing, problem);
+            giveUp(showing);
+        } else {
+            showing.isBusy = false;
+            noteProgress();
+            schedule();
         }
-        case Step::Kind::Key:
-            press(window, step);
-            break;
-        case Step::Kind::Close:
-            window->close();
-            break;
-        case Step::Kind::Run:
-            if (!run(box, step, *showing.expectation) && self)
-                giveUp(showing);
-            break;
-        }
-        if (!self)
-            return;
-        showing.isBusy = false;
-        noteProgress();
-        schedule();
+        return true;
     }
 
-    /// Runs the step's code, and tells whether it has come to its end: an exception must not go on from here,
-    /// into an event loop of Qt.
-    static bool run(QMessageBox& box, const Step& step, const ExpectationData& expectation)
+    /// Tells why a box cannot be answered.
+    void reportProblem(Showing& showing, const QString& problem)
     {
-        // The code may end the driver, and with it the expectation.
-        const SourceLocation where = expectation.where;
-        const QString problem = QStringLiteral("The %1 is given up, since the test's code has thrown ")
-                                    .arg(nameOf(expectation.identifier));
-        try {
-            step.code(box);
-            return true;
-        } catch (const std::exception& exception) {
-            reportFailure(problem + quoted(QString::fromLocal8Bit(exception.what())) + QLatin1Char('.'),
-                          where);
-        } catch (...) {
-            reportFailure(problem + QStringLiteral("an exception."), where);
-        }
-        return false;
-    }
-
-    /// Presses and releases the step's key. The release of one that closes the window is for no window of
-    /// ours.
-    static void press(const QPointer<QWindow>& window, const Step& step)
-    {
-        QTest::keyPress(window, step.key, step.modifiers);
-        if (window && window->isVisible())
-            QTest::keyRelease(window, step.key, step.modifiers);
-    }
-
-    /// Clicks where the step says. Returns why it could not, as the end of a sentence about the box.
-    static QString click(QMessageBox& box, const Step& step)
-    {
-        const Target target = step.findTarget(box);
-        if (!target.widget)
-            return target.problem;
-        const auto outOfReach = [&](const QString& why) {
-            return QStringLiteral("cannot be answered: the button %1 is %2")
-                .arg(quoted(labelOf(qobject_cast<QAbstractButton*>(target.widget))), why);
-        };
-        if (!target.widget->isVisible())
-            return outOfReach(QStringLiteral("hidden"));
-        if (!target.widget->isEnabled())
-            return outOfReach(QStringLiteral("disabled"));
-        const QPoint point = target.widget->mapTo(&box, target.point);
-        if (box.childAt(point) != target.widget)
-            return outOfReach(QStringLiteral("covered"));
-        QTest::mouseClick(box.windowHandle(), Qt::LeftButton, Qt::NoModifier, point);
-        return {};
+        takeScreenshot(showing);
+        reportFailure(QStringLiteral("The %1 %2.%3")
+                          .arg(nameOf(showing.expectation->identifier),
+                               problem,
+                               screenshotLine(records.at(showing.record).screenshot)),
+                      showing.expectation->where);
     }
 
     void giveUp(Showing& showing)
@@ -609,20 +550,25 @@ private:
     void reportUnexpected(Showing& showing)
     {
         takeScreenshot(showing);
+        const DialogRecord& record = records.at(showing.record);
+        const auto forbidding = std::find_if(expectations.begin(), expectations.end(), [&](const auto& each) {
+            return each->d->most == 0 && each->d->identifier == record.identifier && each->d->fits(record);
+        });
         QStringList expected;
         for (const auto& each : expectations) {
-            if (each->d->come < each->d->least)
-                expected.append(each->d->identifier);
+            if (each->d->isOwed())
+                expected.append(nameOf(*each->d) + lineOf(*each->d));
         }
-        reportFailure(QStringLiteral("An unexpected dialog has come:%1\nStill expected: %2.")
-                          .arg(indented(records.at(showing.record).description()), quoted(expected)),
-                      where);
-        countUnexpected();
-    }
-
-    void countUnexpected()
-    {
-        if (++m_unexpectedBoxes == most_unexpected_boxes) {
+        // Code that asks again and again brings the same one each time.
+        const QString what = indented(record.description());
+        const bool isRepeated = std::exchange(m_lastUnexpected, what) == what;
+        reportFailure(isRepeated ? QStringLiteral("The same unexpected dialog has come again.")
+                                 : QStringLiteral("An unexpected dialog has come:%1\nStill expected: %2.")
+                                       .arg(what,
+                                            expected.isEmpty() ? QStringLiteral("none")
+                                                               : expected.join(QStringLiteral(", "))),
+                      forbidding == expectations.end() ? where : (*forbidding)->d->where);
+        if (++m_unexpectedBoxes == most_unexpected_boxes) { // GCOVR_EXCL_BR_LINE ends what counts, too
             qFatal("%d unexpected dialogs: the code seems to ask until it gets another answer.",
                    most_unexpected_boxes);
         }
@@ -636,28 +582,40 @@ private:
         }
         forgetClosed();
         ShowingPointer hanging = find(QApplication::activeModalWidget());
-        for (auto each = m_showings.rbegin(); each != m_showings.rend() && !(hanging && !hanging->isGivenUp);
-             ++each)
-            hanging = *each;
-        if (!hanging || hanging->isGivenUp)
+        if (!hanging || !hanging->isPending())
+            hanging = findLast(&Showing::isPending);
+        if (!hanging)
             return;
 
+        ++m_timeOuts;
+        while (QWidget* popup = QApplication::activePopupWidget()) {
+            popup->close(); // what has a loop of its own, too
+        }
+        const QString problem = QStringLiteral("Nothing has happened for %1 ms while ").arg(timeout);
         if (!hanging->isMessageBox) {
-            const QDialog& dialog = *hanging->dialog;
+            QDialog& dialog = *hanging->dialog;
+            const QString screenshot = saveScreenshot(
+                dialog, screenshotDirectory, QString::fromLatin1(dialog.metaObject()->className()));
             reportFailure(
-                QStringLiteral("Nothing has happened for %1 ms while a %2 titled %3 was open.")
-                    .arg(timeout)
-                    .arg(QString::fromLatin1(dialog.metaObject()->className()), quoted(dialog.windowTitle())),
+                problem
+                    + QStringLiteral("a %1 titled %2 was open.%3")
+                          .arg(nameOf(dialog), quoted(dialog.windowTitle()), screenshotLine(screenshot)),
                 where);
         } else {
             match(*hanging);
+            if (!hanging->expectation) {
+                reportUnexpected(*hanging);
+                giveUp(*hanging);
+                return;
+            }
+            const QString state = stateOf(*hanging);
             takeScreenshot(*hanging);
-            reportFailure(QStringLiteral("Nothing has happened for %1 ms while the %2 was open%3.%4")
-                              .arg(timeout)
-                              .arg(nameOf(records.at(hanging->record).identifier),
-                                   stateOf(*hanging),
-                                   indented(records.at(hanging->record).description())),
-                          whereOf(*hanging));
+            DialogRecord now = records.at(hanging->record);
+            describe(*hanging->box(), now);
+            reportFailure(problem
+                              + QStringLiteral("the %1 was open%2.%3")
+                                    .arg(nameOf(now.identifier), state, indented(now.description())),
+                          hanging->expectation->where);
         }
         giveUp(*hanging);
     }
@@ -665,79 +623,31 @@ private:
     /// Whether a modal dialog keeps a user from the box. Qt drops what mouse and keyboard do to it then.
     bool isBlocked(const Showing& showing) const
     {
-        QWindow* const window = showing.dialog->windowHandle();
-        return window && m_blocked.contains(window);
+        return m_blocked.contains(showing.dialog->windowHandle());
     }
 
-    /// That modal dialog, as the end of a sentence; empty where there is none.
-    QString blockerOf(const Showing& showing) const
-    {
-        if (!isBlocked(showing))
-            return {};
-        const auto isBlocker = [&](const QWidget* other) {
-            return other && other != showing.dialog && other->isVisible()
-                   && (other->windowModality() == Qt::ApplicationModal
-                       || (other->windowModality() == Qt::WindowModal
-                           && mainWindowOf(*other) == mainWindowOf(*showing.dialog)));
-        };
-        const QWidget* blocker = QApplication::activeModalWidget();
-        if (!isBlocker(blocker)) {
-            const QWidgetList windows = QApplication::topLevelWidgets();
-            const auto found = std::find_if(windows.begin(), windows.end(), isBlocker);
-            if (found == windows.end())
-                return QStringLiteral(", blocked by another window");
-            blocker = *found;
-        }
-        return QStringLiteral(", blocked by a %1 titled %2")
-            .arg(QString::fromLatin1(blocker->metaObject()->className()), quoted(blocker->windowTitle()));
-    }
-
-    /// What has been done with a box, or why it has not.
+    /// What has been done with an expected box, or why it has not.
     QString stateOf(const Showing& showing) const
     {
-        const ExpectationData* const expectation = showing.expectation;
-        if (expectation && showing.isBusy && showing.nextStep <= expectation->steps.size())
-            return QStringLiteral(" during ") + expectation->steps[showing.nextStep - 1].name;
-        if (expectation && showing.nextStep > expectation->steps.size())
-            return QStringLiteral(" after the key Esc");
-        if (expectation && expectation->hasAnswer() && showing.nextStep == expectation->steps.size())
-            return QStringLiteral(" after ") + expectation->steps.back().name;
-        QString blocker = blockerOf(showing);
-        if (!blocker.isEmpty())
-            return blocker;
-        if (!isOnScreen(*showing.box()))
-            return QStringLiteral(", not completely on the screen");
-        if (QGuiApplication::focusWindow() != showing.dialog->windowHandle())
-            return QStringLiteral(", its window not active");
-        return {};
-    }
-
-    SourceLocation whereOf(const Showing& showing) const
-    {
-        return showing.expectation ? showing.expectation->where : where;
+        if (showing.isBusy)
+            return QStringLiteral(" during ") + showing.lastStep;
+        const auto step = showing.step();
+        if (!step)
+            return QStringLiteral(" after ") + showing.lastStep;
+        if (!step->perform)
+            return QStringLiteral(", waiting for ") + step->name;
+        return isBlocked(showing) ? blockerOf(*showing.dialog) : showing.obstacle;
     }
 
     void takeScreenshot(const Showing& showing)
     {
         DialogRecord& record = records[showing.record];
-        const QMessageBox* const box = showing.box();
-        if (!box || screenshotDirectory.isEmpty() || !record.screenshot.isEmpty())
-            return;
-        QString name = record.identifier.isEmpty() ? QStringLiteral("dialog") : record.identifier;
-        for (QChar& each : name) {
-            if (!each.isLetterOrNumber() && each != QLatin1Char('-'))
-                each = QLatin1Char('_');
-        }
-        QDir().mkpath(screenshotDirectory);
-        QString file;
-        int number = 0;
-        do {
-            file = QStringLiteral("%1/%2-%3.png").arg(screenshotDirectory, name).arg(++number);
-        } while (QFile::exists(file));
-        if (const_cast<QMessageBox*>(box)->grab().save(file))
-            record.screenshot = file;
-        else
-            qWarning("The screenshot %s cannot be written.", qUtf8Printable(file));
+        QMessageBox* const box = showing.box();
+        if (box && record.screenshot.isEmpty())
+            record.screenshot =
+                saveScreenshot(*box,
+                               screenshotDirectory,
+                               record.identifier.isEmpty() ? QStringLiteral("dialog") : record.identifier);
     }
 
     std::vector<ShowingPointer> m_showings;                 // in the order in which they came
@@ -745,14 +655,19 @@ private:
     std::vector<std::shared_ptr<DialogExpectation>> m_kept; // verified, and still referred to
     QTimer m_watchdog;
     QElapsedTimer m_sinceProgress;
+    QVector<const ExpectationData*> m_expectationsOfRecords; // null: unexpected
+    int m_timeOuts = 0;
     int m_unexpectedBoxes = 0;
+    QString m_lastUnexpected; // described
+    bool m_isScheduled = false;
     const bool m_usedNativeDialogs = !QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs);
 };
 
 DialogDriver::DialogDriver(const SourceLocation& where)
 {
-    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
-        qFatal("A DialogDriver needs a QApplication.");
+    const auto* const application = qobject_cast<QApplication*>(QCoreApplication::instance());
+    if (!application)                                   // GCOVR_EXCL_BR_LINE ends what counts, too
+        qFatal("A DialogDriver needs a QApplication."); // GCOVR_EXCL_LINE
     d = std::make_unique<DialogDriverPrivate>(where);
 }
 
@@ -799,12 +714,12 @@ int DialogDriver::timeout() const
     return d->timeout;
 }
 
-void DialogDriver::setTimeout(int milliseconds)
+void DialogDriver::setTimeout(int msecs)
 {
-    if (milliseconds > 0)
-        d->timeout = milliseconds;
+    if (msecs > 0)
+        d->timeout = msecs;
     else
-        reportFailure(QStringLiteral("A time-out of %1 ms would end nothing.").arg(milliseconds), d->where);
+        reportFailure(QStringLiteral("A time-out of %1 ms would end nothing.").arg(msecs), d->where);
 }
 
 void DialogDriver::setScreenshotDirectory(const QString& directory)

@@ -22,16 +22,18 @@ class DialogDriverPrivate;
 ///
 /// - **An expected box**, one with the identifier of an expect() that has not been met, is checked and
 ///   answered as the DialogExpectation says. Boxes may come in any order, and while others are open. Of
-///   several expectations with one identifier the first is taken whose title and text are those of the
-///   box, or else the first.
+///   several expectations with one identifier the first is taken whose title and text are those of the box,
+///   and rather one that is owed than one for anyTimes(). Where title or text are those of none, the first
+///   is taken all the same, and fails; a box without identifier is unexpected then.
 /// - **An unexpected box** makes the test fail with a message that describes it, and is dismissed: by Escape
-///   or by closing its window, which presses its escape button; by QDialog::done() where it has none.
+///   or by closing its window, which presses its escape button; by QDialog::done() where it has none. The
+///   hundredth ends the process: the code seems to ask until it gets another answer.
 /// - **An expected box that never comes** makes the test fail, with a message that tells what came instead,
 ///   when verify() is called or the driver is destroyed.
 /// - **Nothing hangs.** When nothing has happened for the time-out while a box is open, or a modal dialog
-///   that is no message box, the test fails and that box or dialog is closed. The time-out ends nothing
-///   else, and nothing waits for it. What a driver cannot end is code that blocks without an event loop,
-///   and an event loop that belongs to no dialog, such as that of a menu.
+///   that is no message box, the test fails, menus are closed, and that box or dialog is. The time-out ends
+///   nothing else, and nothing that goes well waits for it. What a driver cannot end is code that blocks
+///   without an event loop, and an event loop that belongs to no dialog.
 ///
 /// Boxes that are opened without blocking are answered as soon as events are processed: call wait().
 ///
@@ -60,12 +62,12 @@ public:
     /// Runs the event loop until every expected box has come and no box is open; at least for what is due
     /// when it is called.
     ///
-    /// \return whether that is so; false when nothing has happened for the time-out. A failure is left to
-    ///         verify().
+    /// \return whether that is so; false when nothing has happened for the time-out, which then ends what is
+    ///         open. An expected box that has not come is left to verify().
     bool wait();
 
     /// Makes the test fail for each expected box that has not come as often as expected. The expectations are
-    /// forgotten; the records stay.
+    /// forgotten, so that a test may go on in another phase; the records stay.
     ///
     /// \return whether all have come.
     bool verify();
@@ -77,15 +79,19 @@ public:
     /// The identifiers of records().
     QStringList identifiers() const;
 
-    /// How long nothing may happen while a dialog is open: 5000 ms unless set.
+    /// How long nothing may happen while a dialog is open, in milliseconds: 5000, or the positive number in
+    /// the environment variable `QUILLET_TESTING_TIMEOUT`, until setTimeout() is called.
     int timeout() const;
 
-    /// Sets it, from the next event on. It must be more than 0.
-    void setTimeout(int milliseconds);
+    /// Lets the time-out be \a msecs from the next thing that happens on. It must be more than 0; anything
+    /// else fails the test and changes nothing.
+    void setTimeout(int msecs);
 
-    /// Has a picture of each unexpected box, and of each that differs from what was expected or ran into the
-    /// time-out, saved as a PNG file in \a directory, which is made if need be. An empty one, as at first,
-    /// saves none. The failure names the file, unless it cannot be written.
+    /// Has a picture of each dialog that a failure is about saved as a PNG file in \a directory, which is
+    /// made if need be: unexpected ones, those that differ from what was expected or cannot be answered, and
+    /// those that ran into the time-out. An empty one saves none. The failure names the file, unless it
+    /// cannot be written. Unless this is called the directory is that of the environment variable
+    /// `QUILLET_TESTING_SCREENSHOTS`.
     void setScreenshotDirectory(const QString& directory);
 
 private:

@@ -4,12 +4,9 @@
 #include <QuilletTesting/Labels.h>
 
 #include <Quillet/MessageDialog.h>
-#include <Quillet/MessageDialogTemplate.h>
-#include <Quillet/MessageDialogTemplatePreprocessors.h>
 
-#include <QtWidgets/QCheckBox>
-#include <QtWidgets/QStyle>
-#include <QtWidgets/QStyleOptionButton>
+#include <QtCore/QRegularExpression>
+#include <QtWidgets/QPushButton>
 
 #include <algorithm>
 #include <utility>
@@ -25,7 +22,24 @@ QString differenceOf(const char* property, const QString& actual, const QString&
 {
     if (actual == expected)
         return {};
-    return QStringLiteral("%1: %2 where %3 was expected").arg(QLatin1String(property), actual, expected);
+    // What is long can be compared only where one stands below the other.
+    const bool isLong = std::max(actual.size(), expected.size()) > 60;
+    return (isLong ? QStringLiteral("%1:\n  %2\nwhere this was expected:\n  %3")
+                   : QStringLiteral("%1: %2 where %3 was expected"))
+        .arg(QLatin1String(property), actual, expected);
+}
+
+QString ofPlainBox()
+{
+    return QStringLiteral("a plain QMessageBox");
+}
+
+// A button by its standard value, as messages name it.
+QString standardNameOf(const QMessageBox& box, QAbstractButton* button)
+{
+    const QMessageBox::StandardButton value = box.standardButton(button);
+    return button && value == QMessageBox::NoButton ? QStringLiteral("custom one ") + quoted(labelOf(button))
+                                                    : namesOf(value);
 }
 
 Check checkOf(const char* property, QString DialogRecord::*member, const QString& expected)
@@ -33,77 +47,6 @@ Check checkOf(const char* property, QString DialogRecord::*member, const QString
     return [=](const QMessageBox&, const DialogRecord& record) {
         return differenceOf(property, quoted(record.*member), quoted(expected));
     };
-}
-
-Target targetOf(QWidget* widget)
-{
-    return {widget, widget->rect().center(), {}};
-}
-
-// The one of the box's buttons for which \a isMeant holds.
-Target findOne(const QMessageBox& box,
-               const std::function<bool(QAbstractButton*)>& isMeant,
-               const QString& description)
-{
-    QList<QAbstractButton*> found = box.buttons();
-    QStringList labels;
-    for (const QAbstractButton* button : qAsConst(found))
-        labels.append(labelOf(button));
-    found.erase(std::remove_if(found.begin(), found.end(), [&](auto* each) { return !isMeant(each); }),
-                found.end());
-    if (found.size() == 1)
-        return targetOf(found.first());
-    return {nullptr,
-            {},
-            QStringLiteral("has %1 %2; its buttons are %3")
-                .arg(found.isEmpty() ? QStringLiteral("no button")
-                                     : QString::number(found.size()) + QStringLiteral(" buttons"),
-                     description,
-                     quoted(labels))};
-}
-
-// The button that a slot has made. Slots of one text and role have made their buttons in their own order.
-Target findSlot(const QMessageBox& box, int number)
-{
-    const auto problem = [](const QString& text) { return Target{nullptr, {}, text}; };
-    const auto* const dialog = qobject_cast<const MessageDialog*>(&box);
-    const auto& templates = MessageDialogTemplate::getRegisteredTemplates();
-    const auto entry = templates.find(dialog ? dialog->getId() : QString());
-    if (entry == templates.end())
-        return problem(QStringLiteral("is of no registered template, so its slots are not known"));
-
-    MessageDialogTemplate t = entry->second;
-    MessageDialogTemplatePreprocessors::apply(t);
-    const auto index = static_cast<std::size_t>(number);
-    if (number < 0 || index >= t.buttons.size() || t.buttons[index].text.isEmpty())
-        return problem(QStringLiteral("has no button of slot %1").arg(number));
-
-    const auto isLikeIt = [&wanted = t.buttons[index]](const QString& text, QMessageBox::ButtonRole role) {
-        return withoutMnemonic(text) == withoutMnemonic(wanted.text) && role == wanted.role;
-    };
-    const auto before = std::count_if(t.buttons.begin(), t.buttons.begin() + number, [&](const auto& slot) {
-        return isLikeIt(slot.text, slot.role);
-    });
-    QList<QAbstractButton*> found = box.buttons();
-    found.erase(std::remove_if(found.begin(),
-                               found.end(),
-                               [&](auto* each) { return !isLikeIt(each->text(), box.buttonRole(each)); }),
-                found.end());
-    if (before >= found.size())
-        return problem(QStringLiteral("has no button of slot %1").arg(number));
-    return targetOf(found.at(static_cast<int>(before)));
-}
-
-Target findCheckBox(const QMessageBox& box)
-{
-    QCheckBox* const checkBox = box.checkBox();
-    if (!checkBox)
-        return {nullptr, {}, QStringLiteral("has no check box")};
-    QStyleOptionButton option;
-    option.initFrom(checkBox);
-    const QRect indicator =
-        checkBox->style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, checkBox);
-    return {checkBox, indicator.center(), {}};
 }
 
 } // namespace
@@ -119,21 +62,40 @@ DialogExpectation::~DialogExpectation() = default;
 
 DialogExpectation& DialogExpectation::withTitle(const QString& title)
 {
-    d->title = title;
+    d->features.push_back({QStringLiteral(" titled ") + quoted(title),
+                           [=](const DialogRecord& record) { return record.title == title; }});
     d->checks.emplace_back(checkOf("title", &DialogRecord::title, title));
     return *this;
 }
 
 DialogExpectation& DialogExpectation::withText(const QString& text)
 {
-    d->text = text;
+    d->features.push_back({QStringLiteral(" with the text ") + quoted(text),
+                           [=](const DialogRecord& record) { return record.text == text; }});
     d->checks.emplace_back(checkOf("text", &DialogRecord::text, text));
+    return *this;
+}
+
+DialogExpectation& DialogExpectation::withText(const QRegularExpression& pattern)
+{
+    const QString expected = QStringLiteral("something like ") + quoted(pattern.pattern());
+    const auto isMatched = [=](const DialogRecord& record) { return pattern.match(record.text).hasMatch(); };
+    d->features.push_back({QStringLiteral(" with a text like ") + quoted(pattern.pattern()), isMatched});
+    d->checks.emplace_back([=](const QMessageBox&, const DialogRecord& record) {
+        return isMatched(record) ? QString() : differenceOf("text", quoted(record.text), expected);
+    });
     return *this;
 }
 
 DialogExpectation& DialogExpectation::withInformativeText(const QString& text)
 {
     d->checks.emplace_back(checkOf("informative text", &DialogRecord::informativeText, text));
+    return *this;
+}
+
+DialogExpectation& DialogExpectation::withDetailedText(const QString& text)
+{
+    d->checks.emplace_back(checkOf("detailed text", &DialogRecord::detailedText, text));
     return *this;
 }
 
@@ -183,14 +145,32 @@ DialogExpectation& DialogExpectation::withDefaultButton(const QString& label)
     return *this;
 }
 
+DialogExpectation& DialogExpectation::withDefaultButton(QMessageBox::StandardButton button)
+{
+    d->checks.emplace_back([=](const QMessageBox& box, const DialogRecord&) {
+        return differenceOf("default button", standardNameOf(box, box.defaultButton()), namesOf(button));
+    });
+    return *this;
+}
+
 DialogExpectation& DialogExpectation::withPrimaryButton(const QString& label)
 {
     d->checks.emplace_back([=](const QMessageBox& box, const DialogRecord& record) {
-        const bool hasPrimaryButton = qobject_cast<const MessageDialog*>(&box);
         return differenceOf("primary button",
-                            hasPrimaryButton ? quoted(record.primaryButton)
-                                             : QStringLiteral("a plain QMessageBox"),
+                            qobject_cast<const MessageDialog*>(&box) ? quoted(record.primaryButton)
+                                                                     : ofPlainBox(),
                             quoted(label));
+    });
+    return *this;
+}
+
+DialogExpectation& DialogExpectation::withPrimaryButton(QMessageBox::StandardButton button)
+{
+    d->checks.emplace_back([=](const QMessageBox& box, const DialogRecord&) {
+        const auto* const dialog = qobject_cast<const MessageDialog*>(&box);
+        return differenceOf("primary button",
+                            dialog ? standardNameOf(box, dialog->getPrimaryButton()) : ofPlainBox(),
+                            namesOf(button));
     });
     return *this;
 }
@@ -213,66 +193,36 @@ DialogExpectation& DialogExpectation::anyTimes()
 
 DialogExpectation& DialogExpectation::click(const QString& label)
 {
-    Step step{Step::Kind::Click, QStringLiteral("a click on ") + quoted(label)};
-    step.findTarget = [=](const QMessageBox& box) {
-        return findOne(
-            box, [&](const auto* each) { return labelOf(each) == label; }, quoted(label));
-    };
-    d->steps.push_back(std::move(step));
-    return *this;
+    return then(clickStep(quoted(label), [=](const auto& box) { return findButton(box, label); }));
 }
 
 DialogExpectation& DialogExpectation::click(QMessageBox::StandardButton button)
 {
-    const QString name = namesOf(button);
-    Step step{Step::Kind::Click, QStringLiteral("a click on ") + name};
-    step.findTarget = [=](const QMessageBox& box) {
-        return findOne(
-            box,
-            [&](auto* each) { return box.standardButton(each) == button; },
-            QStringLiteral("with the standard value ") + name);
-    };
-    d->steps.push_back(std::move(step));
-    return *this;
+    return then(clickStep(namesOf(button), [=](const auto& box) { return findButton(box, button); }));
 }
 
 DialogExpectation& DialogExpectation::click(QMessageBox::ButtonRole role)
 {
-    const QString name = nameOf(role);
-    Step step{Step::Kind::Click, QStringLiteral("a click on the button with ") + name};
-    step.findTarget = [=](const QMessageBox& box) {
-        return findOne(
-            box, [&](auto* each) { return box.buttonRole(each) == role; }, QStringLiteral("with ") + name);
-    };
-    d->steps.push_back(std::move(step));
-    return *this;
+    return then(clickStep(QStringLiteral("the button with ") + nameOf(role),
+                          [=](const auto& box) { return findButton(box, role); }));
 }
 
 DialogExpectation& DialogExpectation::clickSlot(int slot)
 {
-    Step step{Step::Kind::Click, QStringLiteral("a click on the button of slot %1").arg(slot)};
-    step.findTarget = [=](const QMessageBox& box) { return findSlot(box, slot); };
-    d->steps.push_back(std::move(step));
-    return *this;
+    return then(clickStep(QStringLiteral("the button of slot %1").arg(slot),
+                          [=](const auto& box) { return findSlot(box, slot); }));
 }
 
 DialogExpectation& DialogExpectation::toggleCheckBox()
 {
-    Step step{Step::Kind::Click, QStringLiteral("a click on the check box")};
+    Step step = clickStep(QStringLiteral("the check box"), findCheckBox);
     step.isAnswer = false;
-    step.findTarget = findCheckBox;
-    d->steps.push_back(std::move(step));
-    return *this;
+    return then(std::move(step));
 }
 
 DialogExpectation& DialogExpectation::pressKey(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
-    const QString name = QKeySequence(static_cast<int>(modifiers) | key).toString(QKeySequence::PortableText);
-    Step step{Step::Kind::Key, QStringLiteral("the key ") + name};
-    step.key = key;
-    step.modifiers = modifiers;
-    d->steps.push_back(std::move(step));
-    return *this;
+    return then(keyStep(key, modifiers));
 }
 
 DialogExpectation& DialogExpectation::pressEscape()
@@ -282,15 +232,21 @@ DialogExpectation& DialogExpectation::pressEscape()
 
 DialogExpectation& DialogExpectation::closeWindow()
 {
-    d->steps.push_back(Step{Step::Kind::Close, QStringLiteral("the close of its window")});
-    return *this;
+    return then(closeStep());
+}
+
+DialogExpectation& DialogExpectation::waitUntilClosed()
+{
+    return then(waitStep());
 }
 
 DialogExpectation& DialogExpectation::run(const std::function<void(QMessageBox&)>& code)
 {
-    Step step{Step::Kind::Run, QStringLiteral("a call of the test's code")};
-    step.isAnswer = false;
-    step.code = code;
+    return then(codeStep(code));
+}
+
+DialogExpectation& DialogExpectation::then(Step step)
+{
     d->steps.push_back(std::move(step));
     return *this;
 }

@@ -2,6 +2,7 @@
 
 #include <QuilletTesting/Failure.h>
 
+#include <QtCore/QRegularExpression>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtWidgets/QMessageBox>
@@ -12,6 +13,7 @@
 namespace Quillet::Testing {
 
 struct ExpectationData;
+struct Step;
 
 /// One message box that a test expects: what it must look like, and what the user does with it.
 ///
@@ -24,11 +26,12 @@ struct ExpectationData;
 /// differ make one failure together, at the line that called DialogDriver::expect(), and the box is answered
 /// all the same.
 ///
-/// **Answers** are performed one after the other, each when the box is the one that a user could answer: its
-/// window is exposed and no modal dialog blocks it. Where no answer is given, it is pressEscape(). An answer
-/// that cannot be performed, such as a click on a button that is not there or is disabled, is a failure, and
-/// the box is dismissed as an unexpected one is. So it is when it is still open at the time-out after its
-/// last answer.
+/// **Answers** are performed one after the other, each as soon as a user could do it: the window is exposed,
+/// no modal dialog and no menu is in front of it, and what is to be clicked is there, enabled and not
+/// covered. Where no answer is given, it is pressEscape(), also after run() and toggleCheckBox(). A click on
+/// a button that the box does not have is a failure at once, and the box is dismissed as an unexpected one
+/// is; so it is at the time-out, when an answer is still not possible or the box is still open after the last
+/// one.
 ///
 /// Mouse and key events are handed to the box's window, as they arrive from a real mouse and keyboard;
 /// nothing is called by name. What is hidden, disabled or covered is out of reach, as it is for a user.
@@ -46,15 +49,21 @@ public:
     /// The main text, as it was set: rich text with its tags.
     DialogExpectation& withText(const QString& text);
 
+    /// The main text, for texts of which only a part is known: \a pattern has to match somewhere in it.
+    DialogExpectation& withText(const QRegularExpression& pattern);
+
     /// The smaller text below the main one.
     DialogExpectation& withInformativeText(const QString& text);
+
+    /// The text behind the button "Show Details...".
+    DialogExpectation& withDetailedText(const QString& text);
 
     /// The icon that was asked for. MessageDialog puts a picture of its own in its place; what it stands for
     /// is checked.
     DialogExpectation& withIcon(QMessageBox::Icon icon);
 
     /// The labels of all buttons, without mnemonics, in any order: the platform decides how buttons are
-    /// arranged.
+    /// arranged. "Show Details..." is one of them.
     DialogExpectation& withButtons(const QStringList& labels);
 
     /// All buttons, by their standard values. A custom button is none of them, and makes the check fail.
@@ -63,17 +72,24 @@ public:
     /// The label of QMessageBox::defaultButton(); an empty one for a box without.
     DialogExpectation& withDefaultButton(const QString& label);
 
+    /// Its standard value; QMessageBox::NoButton for a box without. A custom button makes the check fail.
+    DialogExpectation& withDefaultButton(QMessageBox::StandardButton button);
+
     /// The label of MessageDialog::getPrimaryButton(), the button that stands out. A plain QMessageBox has
     /// none, and makes the check fail.
     DialogExpectation& withPrimaryButton(const QString& label);
 
+    /// Its standard value, likewise.
+    DialogExpectation& withPrimaryButton(QMessageBox::StandardButton button);
+
     // How often
 
-    /// Expects \a count shows in place of one, each checked and answered alike. 0: it must not come at all.
-    /// A negative number fails the test.
+    /// Expects \a count shows in place of one, each checked and answered alike. 0: it must not come at all,
+    /// and where it does, the failure is told at the line of this expectation. A negative number fails the
+    /// test.
     DialogExpectation& times(int count);
 
-    /// Expects any number of shows, none included.
+    /// Expects any number of shows up to 1000, none included.
     DialogExpectation& anyTimes();
 
     // Answers
@@ -108,6 +124,10 @@ public:
     /// Closes the window as the window system does when a user closes it.
     DialogExpectation& closeWindow();
 
+    /// Does nothing with the box: whoever has opened it closes it, as soon as may be. If it stays, the
+    /// time-out ends it.
+    DialogExpectation& waitUntilClosed();
+
     /// Runs \a code with the box: for checks of one's own, and for what is no user's doing, such as
     /// QDialog::done() or the destruction of the box. Where it leaves the box open and no answer is given,
     /// Escape follows. An exception fails the test, and the box is dismissed.
@@ -117,6 +137,7 @@ private:
     friend class DialogDriver;
     friend class DialogDriverPrivate;
     DialogExpectation(const QString& identifier, const SourceLocation& where);
+    DialogExpectation& then(Step step);
 
     std::unique_ptr<ExpectationData> d;
 };

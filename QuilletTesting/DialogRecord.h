@@ -1,13 +1,14 @@
 #pragma once
 
+#include <QtCore/QDebug>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtWidgets/QMessageBox>
 
 namespace Quillet::Testing {
 
-/// What a DialogDriver saw of one show of a message box: a plain value, which the box does not change any
-/// more once it has closed. All labels of buttons are as the user reads them, without the '&' of mnemonics.
+/// What a DialogDriver saw of one show of a message box, at the moment when it first looked at it: after the
+/// show, before any answer. All labels are as the user reads them, without the '&' of mnemonics.
 struct DialogRecord
 {
     /// MessageDialog::getId(), or else, where that is empty and for a plain QMessageBox, the object name.
@@ -21,6 +22,12 @@ struct DialogRecord
 
     /// The smaller text below it, likewise.
     QString informativeText;
+
+    /// The text behind the button "Show Details...".
+    QString detailedText;
+
+    /// The label of the check box; null where there is none.
+    QString checkBox;
 
     /// The icon that was asked for, also where MessageDialog has put its own picture in its place.
     QMessageBox::Icon icon = QMessageBox::NoIcon;
@@ -41,11 +48,17 @@ struct DialogRecord
     /// open, and where its window was closed or other code ended it.
     QString clickedButton;
 
+    /// Its standard value; QMessageBox::NoButton for a custom button, and where none was clicked.
+    QMessageBox::StandardButton clickedStandardButton = QMessageBox::NoButton;
+
     /// The file with its picture; empty unless one was asked for (DialogDriver::setScreenshotDirectory()).
     QString screenshot;
 
     /// All that tells what the box was, one property a line, for failure messages.
     QString description() const;
 };
+
+/// Writes the description, in lines of its own.
+QDebug operator<<(QDebug debug, const DialogRecord& record);
 
 } // namespace Quillet::Testing

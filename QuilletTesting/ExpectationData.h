@@ -2,14 +2,13 @@
 
 #include <QuilletTesting/DialogRecord.h>
 #include <QuilletTesting/Failure.h>
+#include <QuilletTesting/Steps.h>
 
-#include <QtCore/QPoint>
 #include <QtCore/QString>
 #include <QtWidgets/QMessageBox>
 
 #include <algorithm>
 #include <functional>
-#include <optional>
 #include <vector>
 
 /// \file
@@ -17,37 +16,21 @@
 
 namespace Quillet::Testing {
 
-/// A place in a box to click at.
-struct Target
-{
-    QWidget* widget = nullptr; ///< null: there is none
-    QPoint point;              ///< in the widget
-    QString problem;           ///< why there is none, as the end of a sentence about the box
-};
-
-/// One thing that a user, or the test, does with a box.
-struct Step
-{
-    enum class Kind { Click, Key, Close, Run };
-
-    Kind kind;
-    QString name; ///< as the end of a sentence about what has not been done
-    std::function<Target(QMessageBox&)> findTarget = nullptr;
-    Qt::Key key = Qt::Key_unknown;
-    Qt::KeyboardModifiers modifiers = Qt::NoModifier;
-    std::function<void(QMessageBox&)> code = nullptr;
-    bool isAnswer = true; ///< whether a user who does it means to close the box
-};
-
 /// Compares one property of a box; the result tells the difference, and is empty where there is none.
 using Check = std::function<QString(const QMessageBox&, const DialogRecord&)>;
+
+/// Something that tells the expected box from others of its identifier.
+struct Feature
+{
+    QString description; ///< as a part of the box's name in a sentence
+    std::function<bool(const DialogRecord&)> isOf;
+};
 
 struct ExpectationData
 {
     QString identifier;
     SourceLocation where;
-    std::optional<QString> title;
-    std::optional<QString> text;
+    std::vector<Feature> features;
     std::vector<Check> checks;
     std::vector<Step> steps;
     int least = 1;
@@ -60,10 +43,14 @@ struct ExpectationData
         return std::any_of(steps.begin(), steps.end(), [](const Step& step) { return step.isAnswer; });
     }
 
-    /// Whether title and text, where they were given, are those of the box.
+    /// Whether the box has to come, once more.
+    bool isOwed() const { return come < least; }
+
+    /// Whether the box has all the features.
     bool fits(const DialogRecord& record) const
     {
-        return title.value_or(record.title) == record.title && text.value_or(record.text) == record.text;
+        return std::all_of(
+            features.begin(), features.end(), [&](const Feature& each) { return each.isOf(record); });
     }
 };
 

@@ -9,7 +9,8 @@
 
 namespace Quillet::Testing {
 
-/// Makes every failure of the kit a non-fatal one of the running test. Call it once, in main().
+/// Makes every failure of the kit a non-fatal one of the running test. Call it once, in main(). What fails
+/// when RUN_ALL_TESTS() has returned is only printed: end every driver and guard before.
 inline void reportFailuresToGoogleTest()
 {
     setFailureHandler([](const QString& message, const SourceLocation& where) {

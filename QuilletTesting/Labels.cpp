@@ -1,12 +1,14 @@
 #include <QuilletTesting/Labels.h>
 
 #include <QtCore/QMetaEnum>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QPushButton>
 
 namespace Quillet::Testing {
 
 QString withoutMnemonic(const QString& text)
 {
-    QString label;
+    QString label = QLatin1String(""); // not null: that is for no button
     for (int i = 0; i < text.size(); ++i) {
         // A '&' marks the character after it; that may be a '&' itself, which is then shown.
         if (text.at(i) == QLatin1Char('&') && ++i == text.size())
@@ -19,6 +21,22 @@ QString withoutMnemonic(const QString& text)
 QString labelOf(const QAbstractButton* button)
 {
     return button ? withoutMnemonic(button->text()) : QString();
+}
+
+QString nameOf(const QWidget& widget)
+{
+    if (qobject_cast<const QPushButton*>(&widget))
+        return QStringLiteral("button ") + quoted(labelOf(qobject_cast<const QAbstractButton*>(&widget)));
+    if (qobject_cast<const QCheckBox*>(&widget))
+        return QStringLiteral("check box ") + quoted(labelOf(qobject_cast<const QAbstractButton*>(&widget)));
+    const QString className = QString::fromLatin1(widget.metaObject()->className());
+    return widget.objectName().isEmpty() ? className
+                                         : className + QLatin1Char(' ') + quoted(widget.objectName());
+}
+
+QString indented(const QString& lines)
+{
+    return QStringLiteral("\n  ") + QString(lines).replace(QLatin1Char('\n'), QStringLiteral("\n  "));
 }
 
 QString quoted(const QString& text)

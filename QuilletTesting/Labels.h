@@ -16,8 +16,14 @@ QString withoutMnemonic(const QString& text);
 /// What the user reads on a button. Null for no button.
 QString labelOf(const QAbstractButton* button);
 
+/// "button" or "check box" with its label, or else the class and, if it has one, the object name.
+QString nameOf(const QWidget& widget);
+
 /// In quotation marks.
 QString quoted(const QString& text);
+
+/// The lines, each in a line of its own and indented.
+QString indented(const QString& lines);
 
 /// Each in quotation marks, between commas; "none" for an empty list.
 QString quoted(const QStringList& texts);

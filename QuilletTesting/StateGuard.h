@@ -88,12 +88,18 @@ public:
     ///
     /// \return whether it was added, as MessageDialogTemplatePreprocessors::add(); a refusal fails the test,
     /// too.
-    bool addPreprocessor(const QString& name, const TemplatePreprocessor& fn)
+    bool addPreprocessor(const QString& name,
+                         const TemplatePreprocessor& fn,
+                         const SourceLocation& where = SourceLocation::current())
     {
         watchPreprocessor(name);
         const bool isAdded = MessageDialogTemplatePreprocessors::add(name, fn);
         if (!isAdded)
-            reportFailure(QStringLiteral("The preprocessor \"%1\" was not added.").arg(name), m_where);
+            reportFailure(
+                QStringLiteral("The preprocessor \"%1\" was not added: the name is taken or empty, or "
+                               "the function is.")
+                    .arg(name),
+                where);
         return isAdded;
     }
 
@@ -108,7 +114,8 @@ private:
     // A name is taken if nothing can be added under it.
     static bool hasPreprocessor(const QString& name)
     {
-        if (!MessageDialogTemplatePreprocessors::add(name, [](MessageDialogTemplate&) {}))
+        const auto none = [](MessageDialogTemplate&) {}; // GCOVR_EXCL_LINE it never runs
+        if (!MessageDialogTemplatePreprocessors::add(name, none))
             return !name.isEmpty();
         MessageDialogTemplatePreprocessors::remove(name);
         return false;

@@ -9,6 +9,7 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QInputDialog>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
 
 #include <memory>
@@ -18,6 +19,7 @@ using Quillet::MessageDialog;
 using Quillet::MessageDialogTemplate;
 using Quillet::MessageDialogTemplatePreprocessors;
 using Quillet::Testing::DialogDriver;
+using Quillet::Testing::DialogRecord;
 using Quillet::Testing::SourceLocation;
 using Quillet::Testing::StateGuard;
 
@@ -71,6 +73,8 @@ private Q_SLOTS:
         const DialogDriver driver;
         SaveChanges dialog;
         dialog.setInformativeText(QStringLiteral("They are lost otherwise."));
+        dialog.setDetailedText(QStringLiteral("harbour.svg"));
+        dialog.setCheckBox(new QCheckBox(QStringLiteral("Do not &ask again")));
         dialog.exec();
         QCOMPARE(driver.records().constFirst().clickedButton, QStringLiteral("Cancel"));
         QVERIFY(!driver.records().constFirst().wasExpected);
@@ -102,6 +106,15 @@ private Q_SLOTS:
     {
         DialogDriver driver;
         driver.expect(QStringLiteral("save-changes"));
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes")).times(0);
+        SaveChanges dialog;
+        dialog.exec();
+        dialog.exec();
+    }
+
+    void unexpectedTwice()
+    {
+        const DialogDriver driver;
         SaveChanges dialog;
         dialog.exec();
         dialog.exec();
@@ -118,6 +131,59 @@ private Q_SLOTS:
             .click(QStringLiteral("Save"));
         outer.exec();
         QCOMPARE(outer.clickedButton(), outer.save);
+    }
+
+    void unexpectedAtTheEnd()
+    {
+        SaveChanges dialog;
+        {
+            const DialogDriver driver;
+            dialog.open();
+        }
+        QVERIFY(!dialog.isVisible());
+    }
+
+    void unexpectedAndDestroyed()
+    {
+        const QTemporaryDir directory;
+        DialogDriver driver;
+        driver.setScreenshotDirectory(directory.path());
+        SaveChanges().show();
+    }
+
+    void unexpectedAndDeletedByItsEnd()
+    {
+        DialogDriver driver;
+        const QPointer<SaveChanges> dialog(new SaveChanges);
+        connect(dialog, &QDialog::finished, dialog, [dialog] { delete dialog; });
+        dialog->open();
+        QVERIFY(driver.wait());
+        QVERIFY(!dialog);
+    }
+
+    void unexpectedUnderAWindow()
+    {
+        const DialogDriver driver;
+        QWindow other;
+        other.setModality(Qt::ApplicationModal);
+        other.show();
+        SaveChanges dialog;
+        dialog.setModal(false);
+        dialog.show();
+    }
+
+    void unexpectedAndWaitedForUnderAWindow()
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        QWindow other;
+        other.setModality(Qt::ApplicationModal);
+        other.show();
+        SaveChanges dialog;
+        dialog.setModal(false);
+        dialog.show();
+        QVERIFY(!driver.wait());
+        QVERIFY(!dialog.isVisible());
     }
 
     void unexpectedAndGoneAtOnce()
@@ -148,8 +214,9 @@ private Q_SLOTS:
         const QTemporaryDir directory;
         QString file;
         {
+            qputenv("QUILLET_TESTING_SCREENSHOTS",
+                    QFile::encodeName(directory.filePath(QStringLiteral("pictures"))));
             DialogDriver driver;
-            driver.setScreenshotDirectory(directory.filePath(QStringLiteral("pictures")));
             driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes"));
             SaveChanges dialog;
             dialog.exec();
@@ -160,10 +227,44 @@ private Q_SLOTS:
         QCOMPARE(file, directory.filePath(QStringLiteral("pictures/save-changes-1.png")));
     }
 
+    void severalScreenshots()
+    {
+        const QTemporaryDir directory;
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.setScreenshotDirectory(directory.path());
+        driver.expect(QStringLiteral("a/b c"))
+            .times(2)
+            .withTitle(QStringLiteral("Changes"))
+            .click(QStringLiteral("OK"));
+        QMessageBox::about(nullptr, {}, {});
+        QMessageBox box;
+        box.setObjectName(QStringLiteral("a/b c"));
+        box.exec();
+        Stubborn dialog(2); // differs, and does not close at a click: one picture
+        dialog.setId(QStringLiteral("a/b c"));
+        dialog.save->setText(QStringLiteral("OK"));
+        dialog.exec();
+        QStringList files;
+        const QVector<DialogRecord> records = driver.records();
+        for (const DialogRecord& record : records)
+            files.append(QFileInfo(record.screenshot).fileName());
+        qInfo().noquote() << "The files are" << files.join(QLatin1Char(' '));
+    }
+
     void neverCame()
     {
         DialogDriver driver;
         driver.expect(QStringLiteral("save-changes"));
+    }
+
+    void cameInsteadOfAnother()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes"));
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Unsaved changes"));
+        SaveChanges().exec();
+        QMessageBox::about(nullptr, {}, {});
     }
 
     void cameTooRarely()
@@ -211,6 +312,74 @@ private Q_SLOTS:
         QMessageBox::question(nullptr, {}, {});
     }
 
+    void longTextDiffers()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes"))
+            .withInformativeText(
+                QStringLiteral("They are lost otherwise, and nobody can bring them back to you."));
+        SaveChanges dialog;
+        dialog.setInformativeText(
+            QStringLiteral("They are lost otherwise, and nobody can bring them back to me."));
+        dialog.exec();
+    }
+
+    void standardButtonsDiffer()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes"))
+            .withText(QRegularExpression(QStringLiteral("^Sav[^e]")))
+            .withDetailedText(QStringLiteral("details"))
+            .withDefaultButton(QMessageBox::Save)
+            .withPrimaryButton(QMessageBox::Save);
+        driver.expect(QStringLiteral("plain"))
+            .withDefaultButton(QMessageBox::Yes)
+            .withPrimaryButton(QMessageBox::Yes);
+        SaveChanges().exec();
+        QMessageBox box;
+        box.setObjectName(QStringLiteral("plain"));
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.exec();
+    }
+
+    void anotherBoxWithoutIdentifier()
+    {
+        DialogDriver driver;
+        driver.expect(QString())
+            .withTitle(QStringLiteral("Disk"))
+            .withText(QRegularExpression(QStringLiteral("is full")))
+            .click(QMessageBox::Yes);
+        QCOMPARE(QMessageBox::question(nullptr, QStringLiteral("Disk"), QStringLiteral("Format it?")),
+                 QMessageBox::StandardButton(QMessageBox::No));
+    }
+
+    void forbidden()
+    {
+        const SourceLocation elsewhere = SourceLocation::current();
+        DialogDriver driver({elsewhere.file, 1});
+        driver.expect(QStringLiteral("save-changes")).times(0);
+        SaveChanges().exec();
+    }
+
+    void noneFits()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes"))
+            .withTitle(QStringLiteral("Unsaved changes"))
+            .withText(QStringLiteral("Save?"));
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes")).anyTimes();
+        SaveChanges().exec();
+    }
+
+    void noStandardButtonsExpected()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).withButtons(QMessageBox::NoButton);
+        SaveChanges dialog;
+        dialog.addButton(QMessageBox::Help);
+        dialog.exec();
+    }
+
     void differsAndGoneAtOnce()
     {
         DialogDriver driver;
@@ -250,6 +419,20 @@ private Q_SLOTS:
         SaveChanges().exec();
     }
 
+    void noRole()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).click(QMessageBox::InvalidRole);
+        SaveChanges().exec();
+    }
+
+    void roleBeyondTheLast()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).click(QMessageBox::NRoles);
+        SaveChanges().exec();
+    }
+
     void severalButtonsOfARole()
     {
         DialogDriver driver;
@@ -266,16 +449,28 @@ private Q_SLOTS:
         SaveChanges().exec();
     }
 
-    void emptySlot()
+    void slotOfAPlainBox()
     {
-        const StateGuard guard;
-        MessageDialogTemplate t;
-        t.id = QStringLiteral("save-changes");
-        t.buttons[0].text = QStringLiteral("Save");
-        MessageDialogTemplate::registerTemplate(t);
         DialogDriver driver;
-        driver.expect(t.id).clickSlot(1);
-        t.exec();
+        driver.expect(QStringLiteral("save-changes")).clickSlot(0);
+        QMessageBox box;
+        box.setObjectName(QStringLiteral("save-changes"));
+        box.exec();
+    }
+
+    void emptySlot() { clickSlot(1); }
+    void negativeSlot() { clickSlot(-1); }
+    void slotBeyondTheLast() { clickSlot(4); }
+
+    void slotWhoseButtonIsGone()
+    {
+        clickSlot(2, [](QMessageBox& box) {
+            const QList<QAbstractButton*> buttons = box.buttons();
+            for (QAbstractButton* button : buttons) {
+                if (box.buttonRole(button) == QMessageBox::ActionRole)
+                    delete button;
+            }
+        });
     }
 
     void noCheckBox()
@@ -287,34 +482,39 @@ private Q_SLOTS:
 
     void disabledButton()
     {
-        DialogDriver driver;
-        driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
-        SaveChanges dialog;
-        dialog.save->setEnabled(false);
-        dialog.exec();
-        QCOMPARE(dialog.clickedButton(), dialog.cancel);
+        openForEver([](QMessageBox& box) { static_cast<SaveChanges&>(box).save->setEnabled(false); });
     }
 
     void hiddenButton()
     {
-        DialogDriver driver;
-        driver.expect(QStringLiteral("save-changes"))
-            .run([](QMessageBox& box) { static_cast<SaveChanges&>(box).save->hide(); })
-            .click(QStringLiteral("Save"));
-        SaveChanges().exec();
+        openForEver([](QMessageBox& box) { static_cast<SaveChanges&>(box).save->hide(); });
     }
 
     void coveredButton()
     {
+        openForEver([](QMessageBox& box) {
+            auto* const curtain = new QWidget(&box);
+            curtain->setObjectName(QStringLiteral("curtain"));
+            curtain->resize(box.size());
+            curtain->show();
+        });
+    }
+
+    void coveredCheckBox()
+    {
         DialogDriver driver;
-        driver.expect(QStringLiteral("save-changes"))
-            .run([](QMessageBox& box) {
-                auto* const curtain = new QWidget(&box);
-                curtain->resize(box.size());
-                curtain->show();
-            })
-            .click(QStringLiteral("Save"));
-        SaveChanges().exec();
+        driver.setTimeout(timeout);
+        driver.expect(QStringLiteral("save-changes")).toggleCheckBox();
+        SaveChanges dialog;
+        auto* const checkBox = new QCheckBox(QStringLiteral("Do not ask again"));
+        dialog.setCheckBox(checkBox);
+        checkBox->setEnabled(false);
+        dialog.exec();
+    }
+
+    void buttonOutsideOfItsBox()
+    {
+        openForEver([](QMessageBox& box) { static_cast<SaveChanges&>(box).save->move(-1000, 0); });
     }
 
     void closedBeforeItsAnswer()
@@ -346,6 +546,26 @@ private Q_SLOTS:
         SaveChanges dialog;
         dialog.exec();
         QCOMPARE(dialog.clickedButton(), dialog.cancel);
+    }
+
+    void throwingAfterItsEnd()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).run([](QMessageBox& box) {
+            box.done(0);
+            throw std::runtime_error("no such file");
+        });
+        SaveChanges().exec();
+    }
+
+    void throwingAfterTheDriversEnd()
+    {
+        auto driver = std::make_unique<DialogDriver>();
+        driver->expect(QStringLiteral("save-changes")).run([&](QMessageBox&) {
+            driver.reset();
+            throw std::runtime_error("no such file");
+        });
+        SaveChanges().exec();
     }
 
     void throwingSomethingElse()
@@ -381,6 +601,16 @@ private Q_SLOTS:
         driver.expect(QStringLiteral("save-changes")).times(-1);
     }
 
+    void dialogOfAnotherKind()
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.setScreenshotDirectory(QCoreApplication::applicationFilePath());
+        QInputDialog dialog;
+        dialog.setObjectName(QStringLiteral("name"));
+        dialog.exec();
+    }
+
     void noTimeOut()
     {
         DialogDriver driver;
@@ -396,6 +626,97 @@ private Q_SLOTS:
         Stubborn dialog(2); // a click hides it twice
         dialog.exec();
         QCOMPARE(dialog.clickedButton(), dialog.cancel);
+    }
+
+    void modelessAndOpenAfterItsAnswer()
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
+        Stubborn dialog(2);
+        dialog.setModal(false);
+        dialog.show();
+        QVERIFY(!driver.wait());
+        QVERIFY(!dialog.isVisible());
+    }
+
+    void openUnderADialogThatIsGivenUp()
+    {
+        struct Waiting : QMessageBox
+        {
+            QEventLoop loop;
+
+            void setVisible(bool visible) override
+            {
+                if (!visible)
+                    loop.exec();
+                QMessageBox::setVisible(visible);
+            }
+        } inner;
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.expect(QStringLiteral("save-changes")).run([&](QMessageBox&) { inner.exec(); });
+        SaveChanges dialog;
+        connect(&dialog, &QDialog::finished, &inner.loop, &QEventLoop::quit);
+        dialog.exec();
+    }
+
+    void openWithTooSmallAWindow()
+    {
+        openForEver([](QMessageBox& box) { box.windowHandle()->resize(10, 10); });
+    }
+
+    void openBehindAMenu()
+    {
+        QMenu menu;
+        menu.addAction(QStringLiteral("Copy"));
+        openForEver([&](QMessageBox& box) { menu.popup(box.pos()); });
+        QVERIFY(!menu.isVisible());
+    }
+
+    void openInsteadOfBeingClosedByItsApplication()
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.expect(QStringLiteral("save-changes")).waitUntilClosed();
+        SaveChanges().exec();
+    }
+
+    void openWithAnotherText()
+    {
+        openForEver([](QMessageBox& box) {
+            box.setText(QStringLiteral("Save?"));
+            static_cast<SaveChanges&>(box).save->setEnabled(false);
+        });
+    }
+
+    void openWithoutBeingActive()
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        QWidget other;
+        driver.expect(QStringLiteral("save-changes"))
+            .run([&](QMessageBox& box) {
+                box.windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus);
+                other.show();
+                other.activateWindow();
+                QTRY_COMPARE(QGuiApplication::focusWindow(), other.windowHandle());
+                QTimer::singleShot(50, &other, [&] { other.resize(other.size() * 2); });
+            })
+            .pressKey(Qt::Key_Return);
+        SaveChanges dialog;
+        dialog.setModal(false);
+        dialog.show();
+        QVERIFY(!driver.wait());
+    }
+
+    void openUnderAWindow()
+    {
+        QWindow other;
+        other.setModality(Qt::ApplicationModal);
+        QInputDialog hidden;
+        hidden.setModal(true);
+        openForEver([&](QMessageBox&) { other.show(); });
     }
 
     void openDuringItsAnswer()
@@ -437,8 +758,8 @@ private Q_SLOTS:
         QInputDialog other;
         other.setWindowTitle(QStringLiteral("Name"));
         dialog.show();
-        QCOMPARE(other.exec(), int(QDialog::Rejected));
-        QVERIFY(driver.wait()); // it is the other one that has been closed
+        QCOMPARE(other.exec(), int(QDialog::Rejected)); // it has been closed
+        QVERIFY(driver.wait());
         QCOMPARE(dialog.clickedButton(), dialog.save);
     }
 
@@ -537,6 +858,33 @@ private Q_SLOTS:
         guard.addPreprocessor(QStringLiteral("mine"), {});
     }
 
+private:
+    // With three buttons, of the slots 0, 2 and 3; the last two look alike.
+    static void clickSlot(
+        int slot, const std::function<void(QMessageBox&)>& before = [](QMessageBox&) {})
+    {
+        const StateGuard guard;
+        MessageDialogTemplate t;
+        t.id = QStringLiteral("save-changes");
+        t.buttons[0] = {QStringLiteral("Save"), QMessageBox::AcceptRole, false, true, {}};
+        t.buttons[2] = {QStringLiteral("Copy"), QMessageBox::ActionRole, false, false, {}};
+        t.buttons[3] = {QStringLiteral("Copy"), QMessageBox::HelpRole, false, false, {}};
+        MessageDialogTemplate::registerTemplate(t);
+        DialogDriver driver;
+        driver.expect(t.id).run(before).clickSlot(slot);
+        t.exec();
+    }
+
+    // With a click on a button that \a code has put out of reach.
+    static void openForEver(const std::function<void(QMessageBox&)>& code)
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.expect(QStringLiteral("save-changes")).run(code).click(QStringLiteral("Save"));
+        SaveChanges().exec();
+    }
+
+private Q_SLOTS:
     // These end the process.
 
     void askingForEver()

@@ -6,9 +6,11 @@
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QPointer>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTimer>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QInputDialog>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
 
 #include <memory>
@@ -230,6 +232,94 @@ private Q_SLOTS:
         QVERIFY(wasOpen);
     }
 
+    void anAnswerWaitsUntilAllOfTheBoxIsThere()
+    {
+        if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+            return; // a window manager makes no window smaller than it may be
+        DialogDriver driver;
+        bool wasSmall = false;
+        driver.expect(identifier())
+            .run([&](QMessageBox& box) {
+                const QSize size = box.size();
+                box.windowHandle()->resize(size / 2);
+                QTRY_COMPARE(box.size(), size / 2);
+                QTimer::singleShot(50, &box, [&box, &wasSmall, size] {
+                    wasSmall = box.size() == size / 2;
+                    box.windowHandle()->resize(size);
+                });
+            })
+            .click(QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Save"));
+        QVERIFY(wasSmall);
+    }
+
+    void aClickWaitsUntilItsButtonCanBeClicked_data()
+    {
+        QTest::addColumn<Instruct>("instruct");
+        QTest::newRow("enabled") << Instruct([](auto& box) {
+            box.run([](QMessageBox& it) {
+                QAbstractButton* const save = buttonOf(it, QStringLiteral("Save"));
+                save->setEnabled(false);
+                QTimer::singleShot(50, save, [save] { save->setEnabled(true); });
+            });
+        });
+        QTest::newRow("shown") << Instruct([](auto& box) {
+            box.run([](QMessageBox& it) {
+                QAbstractButton* const save = buttonOf(it, QStringLiteral("Save"));
+                save->hide();
+                QTimer::singleShot(50, save, &QWidget::show);
+            });
+        });
+        QTest::newRow("uncovered") << Instruct([](auto& box) {
+            box.run([](QMessageBox& it) {
+                auto* const curtain = new QWidget(&it);
+                curtain->resize(it.size());
+                curtain->show();
+                QTimer::singleShot(50, curtain, &QWidget::lower);
+            });
+        });
+        QTest::newRow("not behind a menu") << Instruct([](auto& box) {
+            box.run([](QMessageBox& it) {
+                auto* const menu = new QMenu(&it);
+                menu->addAction(QStringLiteral("Copy"));
+                menu->popup(it.pos());
+                QTimer::singleShot(50, menu, &QWidget::close);
+            });
+        });
+    }
+
+    void aClickWaitsUntilItsButtonCanBeClicked()
+    {
+        QFETCH(const Instruct, instruct);
+        DialogDriver driver;
+        auto& expectation = driver.expect(identifier());
+        instruct(expectation);
+        expectation.click(QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Save"));
+        QVERIFY(driver.verify());
+    }
+
+    void aBoxThatItsApplicationClosesIsLeftToIt()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("notice")).withText(QStringLiteral("Publishing")).waitUntilClosed();
+        driver.expect(QStringLiteral("notice")).waitUntilClosed(); // this one is gone at once
+        driver.expect(identifier()).click(QStringLiteral("Save"));
+        QMessageBox notice(QMessageBox::NoIcon, {}, QStringLiteral("Publishing"), QMessageBox::Cancel);
+        notice.setObjectName(QStringLiteral("notice"));
+        notice.setModal(false);
+        notice.show();
+        QCOMPARE(execDialog(),
+                 QStringLiteral("Save")); // answered though it lies under the notice or above it
+        QVERIFY(notice.isVisible());
+        QTimer::singleShot(50, &notice, &QWidget::hide);
+        QTRY_VERIFY(!notice.isVisible());
+        QVERIFY(!notice.clickedButton());
+        notice.show();
+        notice.hide();
+        QVERIFY(driver.wait());
+    }
+
     void aMnemonicReachesABoxThatIsShownAgain()
     {
         DialogDriver driver;
@@ -307,13 +397,93 @@ private Q_SLOTS:
         QCOMPARE(driver.records().size(), 2);
     }
 
+    void aDialogThatIsNoMessageBoxIsLeftAlone_data()
+    {
+        QTest::addColumn<bool>("isModal");
+        QTest::newRow("modal") << true;
+        QTest::newRow("modeless") << false;
+    }
+
     void aDialogThatIsNoMessageBoxIsLeftAlone()
     {
-        const DialogDriver driver;
+        QFETCH(const bool, isModal);
+        DialogDriver driver;
         QInputDialog dialog;
-        QTimer::singleShot(0, &dialog, [&] { dialog.done(7); });
-        QCOMPARE(dialog.exec(), 7);
+        dialog.setModal(isModal);
+        dialog.show();
+        QVERIFY(driver.wait());
+        QVERIFY(dialog.isVisible());
         QCOMPARE(driver.identifiers(), QStringList());
+    }
+
+    void aBoxThatIsNoWindowIsLeftAlone()
+    {
+        DialogDriver driver;
+        QWidget window;
+        QMessageBox box(&window);
+        box.setWindowFlags(Qt::Widget);
+        window.show();
+        box.show();
+        QVERIFY(driver.wait());
+        QVERIFY(box.isVisible());
+        QCOMPARE(driver.identifiers(), QStringList());
+    }
+
+    void aBoxThatIsGoneAtOnceHasCome()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("hidden"));
+        driver.expect(QString()); // what is left of a dialog that is being destroyed
+        MessageDialog hidden;
+        hidden.setId(QStringLiteral("hidden"));
+        hidden.show();
+        hidden.hide();
+        MessageDialog().show();
+        QVERIFY(driver.verify());
+    }
+
+    void aBoxThatTheWindowSystemHidesForAWhileHasComeOnce()
+    {
+        DialogDriver driver;
+        driver.expect(identifier())
+            .run([](QMessageBox& box) {
+                QHideEvent hide;
+                QShowEvent show;
+                for (QEvent* event : {static_cast<QEvent*>(&hide), static_cast<QEvent*>(&show)}) {
+                    QSpontaneKeyEvent::setSpontaneous(event);
+                    QApplication::instance()->notify(&box, event);
+                }
+            })
+            .click(QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Save"));
+        QCOMPARE(driver.identifiers(), QStringList(identifier()));
+    }
+
+    void aBoxWhoseHidingIsSwallowedIsForgottenWhenItIsDestroyed()
+    {
+        struct Swallower : QObject
+        {
+            bool eventFilter(QObject* watched, QEvent* event) override
+            {
+                return event->type() == QEvent::Hide && watched->inherits("QDialog");
+            }
+        } swallower;
+        DialogDriver driver;
+        driver.expect(identifier());
+        auto dialog = std::make_unique<MessageDialog>();
+        dialog->setId(identifier());
+        dialog->show();
+        qApp->installEventFilter(&swallower);
+        dialog->hide();
+        dialog->show();
+        dialog.reset();
+        qApp->removeEventFilter(&swallower);
+        QMessageBox other;
+        driver.expect(QString());
+        other.show();
+        other.hide();
+        QVERIFY(driver.wait());
+        QCOMPARE(driver.identifiers(), QStringList({identifier(), QString()}));
     }
 
     // Order and nesting
@@ -338,6 +508,28 @@ private Q_SLOTS:
         driver.expect(QString()).withText(QStringLiteral("A")).click(QMessageBox::Yes);
         QCOMPARE(QMessageBox::question(nullptr, {}, QStringLiteral("A")), QMessageBox::Yes);
         QCOMPARE(QMessageBox::question(nullptr, QStringLiteral("B"), {}), QMessageBox::No);
+    }
+
+    void boxesAreToldApartByAPartOfTheirText()
+    {
+        DialogDriver driver;
+        driver.expect(QString())
+            .withText(QRegularExpression(QStringLiteral("^Replace ")))
+            .click(QMessageBox::No);
+        driver.expect(QString()).withText(QRegularExpression(QStringLiteral("full"))).click(QMessageBox::Yes);
+        QCOMPARE(QMessageBox::question(nullptr, {}, QStringLiteral("The disk is full. Go on?")),
+                 QMessageBox::Yes);
+        QCOMPARE(QMessageBox::question(nullptr, {}, QStringLiteral("Replace harbour.svg?")), QMessageBox::No);
+    }
+
+    void anExpectationThatIsOwedIsMetBeforeOneThatIsNot()
+    {
+        DialogDriver driver;
+        driver.expect(identifier()).anyTimes().click(QStringLiteral("Discard"));
+        driver.expect(identifier()).click(QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Discard"));
+        QVERIFY(driver.verify());
     }
 
     void expectationsThatAreAlikeAreMetInTheirOrder()
@@ -545,6 +737,14 @@ private Q_SLOTS:
                 it.parentWidget()->close();
             });
         });
+        QTest::newRow("by a key") << Instruct([](auto& box) {
+            box.run([](QMessageBox& it) {
+                   connect(buttonOf(it, QStringLiteral("Cancel")), &QAbstractButton::clicked, &it, [&it] {
+                       delete it.parentWidget();
+                   });
+               })
+                .pressEscape();
+        });
         QTest::newRow("by a click") << Instruct([](auto& box) {
             box.run([](QMessageBox& it) {
                    connect(
@@ -589,10 +789,21 @@ private Q_SLOTS:
     void standardButtonsAreCheckedByTheirValues()
     {
         DialogDriver driver;
-        driver.expect(QString()).withButtons(QMessageBox::Yes | QMessageBox::No).withDefaultButton(QString());
+        driver.expect(QString())
+            .withButtons(QMessageBox::Yes | QMessageBox::No)
+            .withDefaultButton(QString())
+            .withDefaultButton(QMessageBox::NoButton);
         QMessageBox::question(nullptr, {}, {});
-        driver.expect(identifier()).withButtons(QMessageBox::Ok);
-        execBoxCalled(identifier());
+        driver.expect(identifier())
+            .withButtons(QMessageBox::Yes | QMessageBox::No)
+            .withDefaultButton(QMessageBox::No)
+            .withPrimaryButton(QMessageBox::No);
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        dialog.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        dialog.setDefaultButton(QMessageBox::No);
+        dialog.exec();
+        QVERIFY(driver.verify());
     }
 
     void checksOfTheTestsOwnSeeTheBox()
@@ -633,6 +844,41 @@ private Q_SLOTS:
         QCOMPARE(record.screenshot, QString());
     }
 
+    void aRecordTellsOfCheckBoxDetailsAndStandardButtons()
+    {
+        DialogDriver driver;
+        driver.expect(QString()).withDetailedText(QStringLiteral("harbour.svg")).click(QMessageBox::No);
+        QMessageBox box(QMessageBox::NoIcon, {}, {}, QMessageBox::Yes | QMessageBox::No);
+        box.setDetailedText(QStringLiteral("harbour.svg"));
+        box.setCheckBox(new QCheckBox(QStringLiteral("Do not &ask again")));
+        box.exec();
+        const DialogRecord record = driver.records().constFirst();
+        QCOMPARE(record.detailedText, QStringLiteral("harbour.svg"));
+        QCOMPARE(record.checkBox, QStringLiteral("Do not ask again"));
+        QCOMPARE(record.clickedStandardButton, QMessageBox::No);
+        QString text;
+        QDebug(&text).nospace() << record << 1;
+        QCOMPARE(text,
+                 QStringLiteral("\n  ")
+                     + record.description().replace(QLatin1Char('\n'), QStringLiteral("\n  "))
+                     + QLatin1Char('1'));
+    }
+
+    void whatABoxDoesNotHaveIsNullInItsRecord()
+    {
+        DialogDriver driver;
+        driver.expect(QString());
+        QMessageBox box;
+        box.addButton(new QPushButton, QMessageBox::RejectRole);
+        box.exec();
+        const DialogRecord record = driver.records().constFirst();
+        QVERIFY(record.checkBox.isNull());
+        QVERIFY(record.defaultButton.isNull());
+        QVERIFY(record.primaryButton.isNull());
+        QVERIFY(!record.clickedButton.isNull()); // it has an empty label
+        QCOMPARE(record.clickedStandardButton, QMessageBox::NoButton);
+    }
+
     void aLabelIsWhatTheUserReads_data()
     {
         QTest::addColumn<QString>("text");
@@ -668,7 +914,41 @@ private Q_SLOTS:
         QVERIFY(driver.verify());
     }
 
+    void aPictureThatIsNoneOfTheIconsIsNoIcon()
+    {
+        QPixmap picture(64, 64);
+        picture.fill(Qt::red);
+        DialogDriver driver;
+        driver.expect(QString()).times(2).withIcon(QMessageBox::NoIcon);
+        QMessageBox plain;
+        MessageDialog dialog;
+        for (QMessageBox* box : {&plain, static_cast<QMessageBox*>(&dialog)}) {
+            box->setIconPixmap(picture);
+            box->exec();
+            QCOMPARE(driver.records().constLast().icon, QMessageBox::NoIcon);
+        }
+    }
+
     // The driver
+
+    void onlyTheTimeOutOfTheDriverMadeLastEndsADialog()
+    {
+        DialogDriver first;
+        first.setTimeout(10);
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        addButtons(dialog);
+        dialog.show();
+        {
+            const DialogDriver second;
+            QTest::qWait(100);
+            QVERIFY(dialog.isVisible());
+        }
+        first.setTimeout(5000);
+        first.expect(identifier()).click(QStringLiteral("Save"));
+        QVERIFY(first.wait());
+        QCOMPARE(clickedButtonOf(dialog), QStringLiteral("Save"));
+    }
 
     void theTimeOutIsFiveSecondsUnlessSet()
     {
@@ -676,6 +956,24 @@ private Q_SLOTS:
         QCOMPARE(driver.timeout(), 5000);
         driver.setTimeout(7);
         QCOMPARE(driver.timeout(), 7);
+    }
+
+    void theEnvironmentMayGiveTheTimeOut_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<int>("timeout");
+        QTest::newRow("a number") << QByteArray("20000") << 20000;
+        QTest::newRow("no number") << QByteArray("soon") << 5000;
+        QTest::newRow("none that ends anything") << QByteArray("0") << 5000;
+    }
+
+    void theEnvironmentMayGiveTheTimeOut()
+    {
+        QFETCH(const QByteArray, value);
+        qputenv("QUILLET_TESTING_TIMEOUT", value);
+        const DialogDriver driver;
+        qunsetenv("QUILLET_TESTING_TIMEOUT");
+        QTEST(driver.timeout(), "timeout");
     }
 
     void aDriverWithNothingToDoHasNothingToSay()

@@ -173,6 +173,7 @@ private Q_SLOTS:
             guard.watchPreprocessor(QStringLiteral("second"));
             MessageDialogTemplatePreprocessors::add(QStringLiteral("first"), append("1"));
             MessageDialogTemplatePreprocessors::add(QStringLiteral("second"), append("2"));
+            guard.watchPreprocessor(QStringLiteral("second")); // it was not there when it was first named
         }
         QVERIFY(MessageDialogTemplatePreprocessors::isEmpty());
     }

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QuilletTesting/DialogRecord.h>
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QDialog>
+
+/// \file
+/// What can be seen of boxes and other dialogs, and how they are ended. Not installed.
+
+namespace Quillet::Testing {
+
+/// The icon that the box was given.
+QMessageBox::Icon iconOf(const QMessageBox& box);
+
+/// Writes down what the box is at this moment, but for its icon.
+void describe(const QMessageBox& box, DialogRecord& record);
+
+/// Whether the box is where a user can see and reach all of it.
+bool isOnScreen(const QMessageBox& box);
+
+/// The modal dialog that keeps a user from \a dialog, which is known to be blocked, as the end of a sentence.
+QString blockerOf(const QDialog& dialog);
+
+/// Ends a dialog in the ways that a user has and, where it has none of them, by force.
+void dismiss(const QPointer<QDialog>& dialog);
+
+/// Saves a picture of the widget under a name that is not taken yet, and returns that; null for an empty
+/// directory, and where the picture cannot be written.
+QString saveScreenshot(QWidget& widget, const QString& directory, const QString& name);
+
+} // namespace Quillet::Testing
