@@ -7,14 +7,20 @@
 #include <Quillet/MessageDialog.h>
 
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QTimer>
 #include <QtWidgets/QCheckBox>
+#include <QtWidgets/QInputDialog>
+
+#include <memory>
 
 using Quillet::MessageDialog;
 using Quillet::MessageDialogTemplate;
 using Quillet::MessageDialogTemplatePreprocessors;
 using Quillet::Testing::DialogDriver;
+using Quillet::Testing::DialogExpectation;
 using Quillet::Testing::DialogRecord;
 using Quillet::Testing::LogCapture;
+using Quillet::Testing::SourceLocation;
 using Quillet::Testing::StateGuard;
 
 namespace {
@@ -54,11 +60,29 @@ public:
         dialog->open();
     }
 
+    void publish()
+    {
+        m_notice = std::make_unique<QMessageBox>(QMessageBox::NoIcon,
+                                                 QString(),
+                                                 QStringLiteral("Publishing harbour.svg"),
+                                                 QMessageBox::Cancel,
+                                                 this);
+        m_notice->setObjectName(QStringLiteral("publishing"));
+        m_notice->open();
+        QTimer::singleShot(10, this, [this] {
+            isPublished = !m_notice->clickedButton();
+            m_notice->hide();
+        });
+    }
+
     bool hasBackup = false;
     bool asksAgain = true;
     bool fileExists = false;
+    bool isPublished = false;
 
 private:
+    std::unique_ptr<QMessageBox> m_notice;
+
     bool mayOverwrite()
     {
         return !fileExists
@@ -121,8 +145,8 @@ private Q_SLOTS:
             .withText(QStringLiteral("Save the changes?"))
             .withIcon(QMessageBox::Question)
             .withButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel)
-            .withDefaultButton(QStringLiteral("Save"))
-            .withPrimaryButton(QStringLiteral("Save"))
+            .withDefaultButton(QMessageBox::Save)
+            .withPrimaryButton(QMessageBox::Save)
             .pressKey(Qt::Key_Return);
         //! [checks]
         QVERIFY(editor.closeDocument());
@@ -194,6 +218,85 @@ private Q_SLOTS:
         QCOMPARE(record.title, QStringLiteral("Unsaved changes"));
         QCOMPARE(record.clickedButton, QStringLiteral("Cancel"));
         //! [records]
+    }
+
+    void sharedExpectation()
+    {
+        Editor editor;
+        DialogDriver driver;
+        //! [shared-expectation]
+        const auto expectSaveChanges = [&](const SourceLocation& where =
+                                               SourceLocation::current()) -> DialogExpectation& {
+            return driver.expect(QStringLiteral("save-changes"), where)
+                .withTitle(QStringLiteral("Unsaved changes"))
+                .withDefaultButton(QMessageBox::Save);
+        };
+        expectSaveChanges().click(QMessageBox::Cancel);
+        QVERIFY(!editor.closeDocument());
+        expectSaveChanges().click(QMessageBox::Discard);
+        QVERIFY(editor.closeDocument());
+        //! [shared-expectation]
+    }
+
+    void phases()
+    {
+        Editor editor;
+        //! [phases]
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).times(2).click(QMessageBox::Cancel);
+        QVERIFY(!editor.closeDocument());
+        QVERIFY(!editor.closeDocument());
+        QVERIFY(driver.verify()); // both have come; nothing is expected from here on
+        driver.expect(QStringLiteral("save-changes")).click(QMessageBox::Discard);
+        QVERIFY(editor.closeDocument());
+        //! [phases]
+    }
+
+    void closedByTheApplication()
+    {
+        Editor editor;
+        DialogDriver driver;
+        //! [closed-by-the-application]
+        driver.expect(QStringLiteral("publishing"))
+            .withText(QRegularExpression(QStringLiteral("^Publishing .*\\.svg$")))
+            .waitUntilClosed();
+        editor.publish(); // shows a notice while it works
+        QVERIFY(driver.wait());
+        //! [closed-by-the-application]
+        QVERIFY(editor.isPublished);
+    }
+
+    void everyTest()
+    {
+        // As members of the test class.
+        std::unique_ptr<StateGuard> guard;
+        std::unique_ptr<DialogDriver> driver;
+        //! [every-test]
+        // In init(), before each test. SourceLocation::current() is needed because of std::make_unique().
+        guard = std::make_unique<StateGuard>(QStringList(), SourceLocation::current());
+        driver = std::make_unique<DialogDriver>(SourceLocation::current());
+
+        // In cleanup(), after it.
+        driver.reset();
+        guard.reset();
+        //! [every-test]
+    }
+
+    void otherDialog()
+    {
+        QWidget window;
+        const auto askForName = [&] {
+            return QInputDialog::getText(&window, QString(), QStringLiteral("Name"));
+        };
+        //! [other-dialog]
+        QTimer::singleShot(0, &window, [] {
+            auto* const dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+            QVERIFY(dialog);
+            dialog->setTextValue(QStringLiteral("Harbour"));
+            dialog->accept();
+        });
+        QCOMPARE(askForName(), QStringLiteral("Harbour"));
+        //! [other-dialog]
     }
 
     void settings()

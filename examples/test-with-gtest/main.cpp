@@ -7,6 +7,12 @@
 
 #include <QtWidgets/QApplication>
 
+// Lets GoogleTest show texts where a comparison fails.
+void PrintTo(const QString& text, std::ostream* out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+
 using Quillet::MessageDialogTemplate;
 using Quillet::Testing::DialogDriver;
 using Quillet::Testing::StateGuard;
@@ -54,6 +60,7 @@ TEST_F(DeleteLayer, ReturnIsHarmless)
         .pressKey(Qt::Key_Return);
     run();
     EXPECT_EQ(layers, 1);
+    EXPECT_EQ(driver.records().constLast().clickedButton, QStringLiteral("Cancel"));
 }
 
 } // namespace
