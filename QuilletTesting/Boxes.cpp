@@ -25,17 +25,6 @@ QString identifierOf(const QMessageBox& box)
     return id.isEmpty() ? box.objectName() : id;
 }
 
-// The window at the head of all that have been opened from one another.
-const QWidget* mainWindowOf(const QWidget& window)
-{
-    const QWidget* head = &window;
-    while (head->parentWidget())
-        head = head->parentWidget();
-    return head;
-}
-
-} // namespace
-
 QMessageBox::Icon iconOf(const QMessageBox& box)
 {
     // QMessageBox forgets the icon of a box that gets a picture, as a MessageDialog does on its first show.
@@ -52,9 +41,21 @@ QMessageBox::Icon iconOf(const QMessageBox& box)
     return QMessageBox::NoIcon;
 }
 
+// The window at the head of all that have been opened from one another.
+const QWidget* mainWindowOf(const QWidget& window)
+{
+    const QWidget* head = &window;
+    while (head->parentWidget())
+        head = head->parentWidget();
+    return head;
+}
+
+} // namespace
+
 void describe(const QMessageBox& box, DialogRecord& record)
 {
     record.identifier = identifierOf(box);
+    record.icon = iconOf(box);
     record.title = box.windowTitle();
     record.text = box.text();
     record.informativeText = box.informativeText();
@@ -72,8 +73,9 @@ void describe(const QMessageBox& box, DialogRecord& record)
 bool isOnScreen(const QMessageBox& box)
 {
     // A window manager takes its time to expose a window, and once more to give it the size that it has asked
-    // for when its first show has given it its look.
-    return box.windowHandle()->isExposed() && box.size() == box.size().expandedTo(box.minimumSize());
+    // for when its first show has given it its look. Under a fractional scale factor that size is rounded.
+    const QSize size = box.size() + QSize(1, 1);
+    return box.windowHandle()->isExposed() && size == size.expandedTo(box.minimumSize());
 }
 
 QString blockerOf(const QDialog& dialog)
@@ -120,6 +122,7 @@ QString saveScreenshot(QWidget& widget, const QString& directory, const QString&
         if (!each.isLetterOrNumber() && each != QLatin1Char('-'))
             each = QLatin1Char('_');
     }
+    base.truncate(80); // what file systems can bear
     QDir().mkpath(directory);
     QString file;
     int number = 0;

@@ -10,10 +10,7 @@
 
 namespace Quillet::Testing {
 
-/// The icon that the box was given.
-QMessageBox::Icon iconOf(const QMessageBox& box);
-
-/// Writes down what the box is at this moment, but for its icon.
+/// Writes down what the box is at this moment.
 void describe(const QMessageBox& box, DialogRecord& record);
 
 /// Whether the box is where a user can see and reach all of it.

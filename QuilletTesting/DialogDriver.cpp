@@ -4,7 +4,6 @@
 #include <QuilletTesting/ExpectationData.h>
 #include <QuilletTesting/Labels.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtGui/QWindow>
@@ -15,6 +14,7 @@
 #include <algorithm>
 #include <functional>
 #include <optional>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -26,6 +26,15 @@ constexpr int default_timeout = 5000;
 
 // Code that asks again until it gets another answer than Escape would otherwise never end.
 constexpr int most_unexpected_boxes = 100;
+constexpr int most_timeouts = 20;
+
+// The time-out is counted in ticks, not by one timer: while the event loop stands still nothing can happen,
+// and that must not count for more than one of them.
+constexpr int ticks_of_timeout = 10;
+
+// How long to wait for the window to become active before asking again, in milliseconds. Another program on
+// the display may have become active meanwhile.
+constexpr int activation_patience = 500;
 
 int defaultTimeout()
 {
@@ -37,6 +46,13 @@ QVector<DialogDriverPrivate*>& drivers()
 {
     static QVector<DialogDriverPrivate*> all;
     return all;
+}
+
+// Whether the platform's dialogs were in use before the first driver was made.
+bool& nativeDialogsBefore()
+{
+    static bool result = false;
+    return result;
 }
 
 QString nameOf(const QString& identifier)
@@ -86,13 +102,13 @@ struct Showing
     int record = -1;
     ExpectationData* expectation = nullptr;
     std::size_t nextStep = 0;
-    QString lastStep;         ///< its name
-    QString obstacle;         ///< to the next one, as the end of a sentence about an open box
-    bool isMatched = false;   ///< has been looked up among the expectations
-    bool isOpen = true;       ///< neither hidden nor destroyed
-    bool isBusy = false;      ///< a step is being performed, maybe in a loop below this one
-    bool isGivenUp = false;   ///< has been dismissed
-    bool isActivated = false; ///< has been asked to become the active window
+    QString lastStep;          ///< its name
+    QString obstacle;          ///< to the next one, as the end of a sentence about an open box
+    bool isSeen = false;       ///< has been looked at, and looked up among the expectations
+    bool isLeftToCode = false; ///< the test's code may have closed it
+    bool isOpen = true;        ///< neither hidden nor destroyed
+    bool isBusy = false;       ///< a step is being performed, maybe in a loop below this one
+    bool isGivenUp = false;    ///< has been dismissed
     QMetaObject::Connection clicked;
 
     /// Whether the time-out is for it.
@@ -127,10 +143,14 @@ class DialogDriverPrivate : public QObject
 public:
     explicit DialogDriverPrivate(const SourceLocation& location) : where(location)
     {
+        if (drivers().isEmpty())
+            nativeDialogsBefore() = !QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs);
         drivers().append(this);
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-        m_watchdog.setSingleShot(true);
-        connect(&m_watchdog, &QTimer::timeout, this, &DialogDriverPrivate::endWhatHangs);
+        m_activation.setSingleShot(true);
+        connect(&m_activation, &QTimer::timeout, this, &DialogDriverPrivate::schedule);
+        connect(&m_ticker, &QTimer::timeout, this, &DialogDriverPrivate::tick);
+        setTimeout(defaultTimeout());
         QCoreApplication::instance()->installEventFilter(this);
     }
 
@@ -139,7 +159,7 @@ public:
         drivers().removeOne(this);
         if (!drivers().isEmpty())
             drivers().constLast()->schedule(); // it has let pass what came meanwhile
-        if (m_usedNativeDialogs)
+        else if (nativeDialogsBefore())
             QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false);
     }
 
@@ -182,24 +202,39 @@ public:
         return false;
     }
 
-    /// The expectation that a box meets: one that fits before one that does not, and then one that is owed
-    /// before one that may or may not be met. Null where there is none.
+    /// The expectation that a box meets: of those that fit the one that says most about it, rather one that
+    /// is owed than one that may or may not be met, and the first of those that are left. Where none fits,
+    /// the first one of the identifier. Null where there is none, and where the box must not come at all.
     ExpectationData* findExpectation(const DialogRecord& record) const
     {
+        if (findForbidding(record))
+            return nullptr;
+        using Rank = std::tuple<bool, std::size_t, bool>;
         ExpectationData* found = nullptr;
-        int bestRank = -1;
+        Rank bestRank;
         for (const auto& each : expectations) {
             ExpectationData& data = *each->d;
             const bool isFit = data.fits(record);
             if (data.identifier != record.identifier || data.come == data.most
                 || (data.identifier.isEmpty() && !isFit))
                 continue;
-            const int rank = (isFit ? 2 : 0) + (data.isOwed() ? 1 : 0);
-            if (rank > bestRank)
+            const Rank rank(isFit, isFit ? data.features.size() : 0, data.isOwed());
+            if (!found || rank > bestRank) {
                 found = &data;
-            bestRank = std::max(rank, bestRank);
+                bestRank = rank;
+            }
         }
         return found;
+    }
+
+    /// The expectation that says that the box must not come; null where there is none.
+    const ExpectationData* findForbidding(const DialogRecord& record) const
+    {
+        const auto found = std::find_if(expectations.begin(), expectations.end(), [&](const auto& each) {
+            return each->d->isForbidding() && each->d->identifier == record.identifier
+                   && each->d->fits(record);
+        });
+        return found == expectations.end() ? nullptr : (*found)->d.get();
     }
 
     bool allHaveCome() const
@@ -210,20 +245,27 @@ public:
 
     bool wait()
     {
-        const auto isDone = [this] {
-            forgetClosed();
-            return allHaveCome() && !findLast(&Showing::isPendingBox);
-        };
+        const QPointer<DialogDriverPrivate> self(this); // the code that runs may end the driver
         const int timeOutsBefore = m_timeOuts;
+        bool isDone = false;
+        const auto isOver = [&] {
+            if (!self || m_timeOuts != timeOutsBefore)
+                return true;
+            forgetClosed();
+            isDone = allHaveCome() && !findLast(&Showing::isPendingBox);
+            return isDone;
+        };
         // What is due first: it may open a box that nobody expects.
         QCoreApplication::processEvents();
-        m_sinceProgress.start();
-        for (qint64 left = timeout; left > 0; left = timeout - m_sinceProgress.elapsed()) {
-            if (QTest::qWaitFor(isDone, static_cast<int>(left)))
-                return m_timeOuts == timeOutsBefore;
+        if (self) {
+            m_isWaiting = true;
+            noteProgress();
         }
-        endWhatHangs();
-        return false;
+        while (!QTest::qWaitFor(isOver, 1000)) {
+        }
+        if (self)
+            m_isWaiting = false;
+        return isDone;
     }
 
     bool verify()
@@ -261,9 +303,8 @@ public:
             const ShowingPointer showing = findLast(&Showing::isPendingBox);
             if (!showing)
                 return;
-            match(*showing);
+            look(*showing);
             if (!showing->expectation) {
-                reportUnexpected(*showing);
                 giveUp(*showing);
                 continue;
             }
@@ -278,10 +319,16 @@ public:
         }
     }
 
+    void setTimeout(int msecs)
+    {
+        timeout = msecs;
+        m_ticker.start(std::max(msecs / ticks_of_timeout, 1));
+    }
+
     const SourceLocation where;
     std::vector<std::shared_ptr<DialogExpectation>> expectations;
     QVector<DialogRecord> records;
-    int timeout = defaultTimeout();
+    int timeout = default_timeout;
     QString screenshotDirectory = qEnvironmentVariable("QUILLET_TESTING_SCREENSHOTS");
     bool isVerified = false;
 
@@ -293,13 +340,47 @@ private:
     }
 
     /// Something has happened: the time-out begins anew.
-    void noteProgress()
+    void noteProgress() { m_idleTicks = 0; }
+
+    /// The same for what happens to a dialog. One of another kind that comes and goes over a box does not
+    /// help the box on.
+    void noteProgress(const Showing& showing)
     {
-        m_sinceProgress.start();
-        if (findLast(&Showing::isPending))
-            m_watchdog.start(timeout);
-        else
-            m_watchdog.stop();
+        if (showing.isMessageBox || !findLast(&Showing::isPendingBox))
+            noteProgress();
+    }
+
+    void tick()
+    {
+        if (drivers().constLast() != this && !m_isWaiting) {
+            m_idleTicks = 0;
+            return;
+        }
+        forgetClosed();
+        // What has come before the driver, was shown once more by exec(), or whose show was kept from it.
+        bool isAnyOfOthers = false;
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget* window : windows) {
+            auto* const dialog = qobject_cast<QDialog*>(window);
+            if (!dialog || !dialog->isVisible() || !dialog->isModal())
+                continue;
+            const DialogDriverPrivate* const owner = ownerOf(*dialog);
+            if (!owner)
+                open(*dialog);
+            isAnyOfOthers = isAnyOfOthers || (owner && owner != this);
+        }
+        if (!m_isWaiting && !isAnyOfOthers && !findLast(&Showing::isPending))
+            m_idleTicks = 0;
+        else if (++m_idleTicks == ticks_of_timeout)
+            endWhatHangs();
+    }
+
+    /// The driver that has seen the dialog come; null where none has.
+    static DialogDriverPrivate* ownerOf(const QDialog& dialog)
+    {
+        const auto found = std::find_if(
+            drivers().cbegin(), drivers().cend(), [&](const auto* each) { return each->find(&dialog); });
+        return found == drivers().cend() ? nullptr : *found;
     }
 
     ShowingPointer find(const QObject* dialog) const
@@ -329,7 +410,6 @@ private:
         if (box) {
             DialogRecord record;
             describe(*box, record);
-            record.icon = iconOf(*box);
             showing->record = records.size();
             records.append(record);
             m_expectationsOfRecords.append(nullptr);
@@ -341,7 +421,7 @@ private:
         }
         m_showings.push_back(showing);
         connect(&dialog, &QObject::destroyed, this, &DialogDriverPrivate::schedule);
-        noteProgress();
+        noteProgress(*showing);
         schedule();
     }
 
@@ -352,7 +432,7 @@ private:
         if (showing.dialog)
             disconnect(showing.dialog, &QObject::destroyed, this, nullptr);
         noteUnanswered(showing);
-        noteProgress();
+        noteProgress(showing);
         schedule();
     }
 
@@ -375,26 +455,21 @@ private:
     {
         if (!showing.isMessageBox || showing.isGivenUp)
             return;
-        const bool hasBeenSeen = showing.isMatched;
-        match(showing);
-        const ExpectationData* const expectation = showing.expectation;
-        if (!expectation) {
-            reportUnexpected(showing);
+        look(showing);
+        if (!showing.expectation)
             return;
-        }
-        if (!hasBeenSeen && showing.box()) {
-            check(showing);
-        } else if (!hasBeenSeen && !expectation->checks.empty()) {
-            reportFailure(QStringLiteral("The %1 has been destroyed before it was checked.")
-                              .arg(nameOf(expectation->identifier)),
-                          expectation->where);
-        }
-        // Escape, where no answer was given, is for a box that does not close by itself.
-        if (showing.nextStep < expectation->steps.size() && showing.step()->perform) {
-            reportFailure(QStringLiteral("The %1 has closed before %2.")
-                              .arg(nameOf(expectation->identifier), showing.step()->name),
-                          expectation->where);
-        }
+        const auto step = showing.step();
+        const bool isGiven =
+            showing.nextStep < showing.expectation->steps.size(); // not the Escape after them
+        if (!step || !step->perform || (showing.isLeftToCode && !isGiven))
+            return;
+        const QString advice =
+            QStringLiteral(" waitUntilClosed() is for boxes that their application closes.");
+        reportFailure(QStringLiteral("The %1 has closed before %2.%3")
+                          .arg(nameOf(showing.expectation->identifier),
+                               step->name,
+                               showing.expectation->hasAnswer() ? QString() : advice),
+                      showing.expectation->where);
     }
 
     /// Goes on with the box that a user could answer now, if there is one.
@@ -416,13 +491,7 @@ private:
     /// here.
     bool goOn(Showing& showing)
     {
-        if (!showing.isMatched) {
-            match(showing);
-            if (showing.expectation)
-                check(showing);
-            else
-                reportUnexpected(showing);
-        }
+        look(showing);
         if (!showing.expectation) {
             giveUp(showing);
             return true;
@@ -431,21 +500,31 @@ private:
         return step && step->perform && perform(showing, *step);
     }
 
-    void match(Showing& showing)
+    /// Looks at a box for the first time: what it is, and whether it is what was expected.
+    void look(Showing& showing)
     {
-        if (showing.isMatched)
+        if (std::exchange(showing.isSeen, true))
             return;
-        showing.isMatched = true;
         DialogRecord& record = records[showing.record];
         // What the show itself has added, such as an OK button. A box that is being destroyed is no box any
         // more.
         if (const QMessageBox* box = showing.box())
             describe(*box, record);
         showing.expectation = findExpectation(record);
-        if (showing.expectation)
-            ++showing.expectation->come;
         m_expectationsOfRecords[showing.record] = showing.expectation;
         record.wasExpected = showing.expectation;
+        if (!showing.expectation) {
+            reportUnexpected(showing);
+            return;
+        }
+        ++showing.expectation->come;
+        if (showing.box()) {
+            check(showing);
+        } else if (!showing.expectation->checks.empty()) {
+            reportFailure(QStringLiteral("The %1 has been destroyed before it was checked.")
+                              .arg(nameOf(showing.expectation->identifier)),
+                          showing.expectation->where);
+        }
     }
 
     void check(Showing& showing)
@@ -484,8 +563,10 @@ private:
         // is shown again.
         if (step.needsActiveWindow && QGuiApplication::focusWindow() != box.windowHandle()) {
             showing.obstacle = QStringLiteral(", its window not active");
-            if (!std::exchange(showing.isActivated, true))
+            if (!m_activation.isActive()) {
+                m_activation.start(activation_patience);
                 box.activateWindow();
+            }
             return true; // other boxes must not ask for it meanwhile
         }
         const Target target = step.findTarget ? step.findTarget(box) : Target();
@@ -503,10 +584,12 @@ private:
         const QString identifier = showing.expectation->identifier;
         const SourceLocation place = showing.expectation->where;
         showing.isBusy = true;
-        showing.isActivated = false;
+        showing.isLeftToCode = step.mayEndBox;
         ++showing.nextStep;
         showing.lastStep = step.name;
+        m_activation.stop();
         noteProgress();
+        schedule(); // other boxes may be answered in the step's event loops
         const QString problem = step.perform(box, target);
         const QString message = QStringLiteral("The %1 %2.").arg(nameOf(identifier), problem);
         if (!self) {
@@ -551,9 +634,7 @@ private:
     {
         takeScreenshot(showing);
         const DialogRecord& record = records.at(showing.record);
-        const auto forbidding = std::find_if(expectations.begin(), expectations.end(), [&](const auto& each) {
-            return each->d->most == 0 && each->d->identifier == record.identifier && each->d->fits(record);
-        });
+        const ExpectationData* const forbidding = findForbidding(record);
         QStringList expected;
         for (const auto& each : expectations) {
             if (each->d->isOwed())
@@ -567,33 +648,46 @@ private:
                                        .arg(what,
                                             expected.isEmpty() ? QStringLiteral("none")
                                                                : expected.join(QStringLiteral(", "))),
-                      forbidding == expectations.end() ? where : (*forbidding)->d->where);
+                      forbidding ? forbidding->where : where);
         if (++m_unexpectedBoxes == most_unexpected_boxes) { // GCOVR_EXCL_BR_LINE ends what counts, too
             qFatal("%d unexpected dialogs: the code seems to ask until it gets another answer.",
                    most_unexpected_boxes);
         }
     }
 
+    /// Ends the dialog that keeps everything waiting, be it another driver's.
     void endWhatHangs()
     {
-        if (drivers().constLast() != this) {
-            m_watchdog.start(timeout);
-            return;
+        m_idleTicks = 0;
+        DialogDriverPrivate* owner = this;
+        ShowingPointer hanging;
+        if (const auto* modal = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+            if (auto* const driver = ownerOf(*modal)) {
+                owner = driver;
+                hanging = driver->find(modal);
+            }
         }
-        forgetClosed();
-        ShowingPointer hanging = find(QApplication::activeModalWidget());
-        if (!hanging || !hanging->isPending())
+        if (!hanging || !hanging->isPending()) {
+            owner = this;
             hanging = findLast(&Showing::isPending);
-        if (!hanging)
-            return;
+        }
+        if (hanging)
+            owner->end(*hanging);
+        else
+            ++m_timeOuts; // wait() waits for what does not come
+    }
 
-        ++m_timeOuts;
+    void end(Showing& hanging)
+    {
+        if (++m_timeOuts == most_timeouts) { // GCOVR_EXCL_BR_LINE ends what counts, too
+            qFatal("%d time-outs: the code seems to ask until it gets another answer.", most_timeouts);
+        }
         while (QWidget* popup = QApplication::activePopupWidget()) {
             popup->close(); // what has a loop of its own, too
         }
         const QString problem = QStringLiteral("Nothing has happened for %1 ms while ").arg(timeout);
-        if (!hanging->isMessageBox) {
-            QDialog& dialog = *hanging->dialog;
+        if (!hanging.isMessageBox) {
+            QDialog& dialog = *hanging.dialog;
             const QString screenshot = saveScreenshot(
                 dialog, screenshotDirectory, QString::fromLatin1(dialog.metaObject()->className()));
             reportFailure(
@@ -602,22 +696,21 @@ private:
                           .arg(nameOf(dialog), quoted(dialog.windowTitle()), screenshotLine(screenshot)),
                 where);
         } else {
-            match(*hanging);
-            if (!hanging->expectation) {
-                reportUnexpected(*hanging);
-                giveUp(*hanging);
+            look(hanging);
+            if (!hanging.expectation) {
+                giveUp(hanging);
                 return;
             }
-            const QString state = stateOf(*hanging);
-            takeScreenshot(*hanging);
-            DialogRecord now = records.at(hanging->record);
-            describe(*hanging->box(), now);
+            const QString state = stateOf(hanging);
+            takeScreenshot(hanging);
+            DialogRecord now = records.at(hanging.record);
+            describe(*hanging.box(), now);
             reportFailure(problem
                               + QStringLiteral("the %1 was open%2.%3")
                                     .arg(nameOf(now.identifier), state, indented(now.description())),
-                          hanging->expectation->where);
+                          hanging.expectation->where);
         }
-        giveUp(*hanging);
+        giveUp(hanging);
     }
 
     /// Whether a modal dialog keeps a user from the box. Qt drops what mouse and keyboard do to it then.
@@ -653,14 +746,15 @@ private:
     std::vector<ShowingPointer> m_showings;                 // in the order in which they came
     QVector<QPointer<QWindow>> m_blocked;                   // by modal dialogs; may hold null
     std::vector<std::shared_ptr<DialogExpectation>> m_kept; // verified, and still referred to
-    QTimer m_watchdog;
-    QElapsedTimer m_sinceProgress;
+    QTimer m_ticker;
+    QTimer m_activation; // active while a window that was asked to become active may do so
+    int m_idleTicks = 0; // since something has happened
+    bool m_isWaiting = false;
     QVector<const ExpectationData*> m_expectationsOfRecords; // null: unexpected
     int m_timeOuts = 0;
     int m_unexpectedBoxes = 0;
     QString m_lastUnexpected; // described
     bool m_isScheduled = false;
-    const bool m_usedNativeDialogs = !QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs);
 };
 
 DialogDriver::DialogDriver(const SourceLocation& where)
@@ -717,7 +811,7 @@ int DialogDriver::timeout() const
 void DialogDriver::setTimeout(int msecs)
 {
     if (msecs > 0)
-        d->timeout = msecs;
+        d->setTimeout(msecs);
     else
         reportFailure(QStringLiteral("A time-out of %1 ms would end nothing.").arg(msecs), d->where);
 }

@@ -34,6 +34,14 @@ QString ofPlainBox()
     return QStringLiteral("a plain QMessageBox");
 }
 
+// Whether it is the button that QMessageBox itself adds for a detailed text.
+bool isDetailsButton(const QMessageBox& box, const QAbstractButton& button)
+{
+    return !box.detailedText().isEmpty()
+           && (button.text() == QMessageBox::tr("Show Details...")
+               || button.text() == QMessageBox::tr("Hide Details..."));
+}
+
 // A button by its standard value, as messages name it.
 QString standardNameOf(const QMessageBox& box, QAbstractButton* button)
 {
@@ -126,7 +134,7 @@ DialogExpectation& DialogExpectation::withButtons(QMessageBox::StandardButtons b
         QStringList others;
         const QList<QAbstractButton*> all = box.buttons();
         for (QAbstractButton* button : all) {
-            if (box.standardButton(button) == QMessageBox::NoButton)
+            if (box.standardButton(button) == QMessageBox::NoButton && !isDetailsButton(box, *button))
                 others.append(labelOf(button));
         }
         QStringList actual;

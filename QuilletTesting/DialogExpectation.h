@@ -66,7 +66,8 @@ public:
     /// arranged. "Show Details..." is one of them.
     DialogExpectation& withButtons(const QStringList& labels);
 
-    /// All buttons, by their standard values. A custom button is none of them, and makes the check fail.
+    /// All buttons, by their standard values. A custom button is none of them, and makes the check fail; only
+    /// "Show Details..." is left out.
     DialogExpectation& withButtons(QMessageBox::StandardButtons buttons);
 
     /// The label of QMessageBox::defaultButton(); an empty one for a box without.

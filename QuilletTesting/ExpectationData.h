@@ -43,6 +43,9 @@ struct ExpectationData
         return std::any_of(steps.begin(), steps.end(), [](const Step& step) { return step.isAnswer; });
     }
 
+    /// Whether the box must not come at all.
+    bool isForbidding() const { return most == 0; }
+
     /// Whether the box has to come, once more.
     bool isOwed() const { return come < least; }
 

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <vector>
 
 namespace Quillet::Testing {
 
@@ -48,16 +49,65 @@ Target findOne(const QMessageBox& box,
                      quoted(labels))};
 }
 
+// Key by key, and not by QTest::keyClick(): each of them may destroy the window.
+void pressAndRelease(const QPointer<QWindow>& window, Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    struct Key
+    {
+        Qt::Key key;
+        Qt::KeyboardModifier modifier;
+    };
+    std::vector<Key> keys;
+    for (const Key& each : {Key{Qt::Key_Shift, Qt::ShiftModifier},
+                            Key{Qt::Key_Control, Qt::ControlModifier},
+                            Key{Qt::Key_Alt, Qt::AltModifier},
+                            Key{Qt::Key_Meta, Qt::MetaModifier}}) {
+        if (modifiers & each.modifier)
+            keys.push_back(each);
+    }
+    keys.push_back({key, Qt::NoModifier});
+
+    // What is released when the window has closed goes elsewhere, as for a user. It has to be released: Qt
+    // keeps account of the modifiers that are down.
+    QWindow elsewhere;
+    const auto isThere = [&] { return window && window->isVisible(); };
+    const auto send = [&](bool isPress, Qt::Key code, Qt::KeyboardModifiers held) {
+        const char ascii = QTest::keyToAscii(code);
+        const QString text = ascii ? QString(QLatin1Char(ascii)) : QString();
+        QTest::simulateEvent(isThere() ? window.data() : &elsewhere, isPress, code, held, text, false);
+    };
+    Qt::KeyboardModifiers held = modifiers & Qt::KeypadModifier;
+    auto next = keys.begin();
+    for (; next != keys.end() && isThere(); ++next) {
+        send(true, next->key, held);
+        held |= next->modifier;
+    }
+    while (next != keys.begin()) {
+        --next;
+        held &= ~Qt::KeyboardModifiers(next->modifier);
+        send(false, next->key, held);
+    }
+}
+
 } // namespace
 
 Step clickStep(const QString& name, const FindTarget& find)
 {
     Step step{QStringLiteral("a click on ") + name, [](QMessageBox& box, const Target& target) {
+                  const QPointer<QWidget> widget = target.widget;
+                  bool hasReacted = false;
+                  const auto watch = QObject::connect(static_cast<QAbstractButton*>(target.widget),
+                                                      &QAbstractButton::clicked,
+                                                      [&hasReacted] { hasReacted = true; });
                   QTest::mouseClick(box.windowHandle(),
                                     Qt::LeftButton,
                                     Qt::NoModifier,
                                     target.widget->mapTo(&box, target.point));
-                  return QString();
+                  QObject::disconnect(watch);
+                  return hasReacted || !widget
+                             ? QString()
+                             : QStringLiteral("cannot be answered: its %1 does not react to a click")
+                                   .arg(nameOf(*widget));
               }};
     step.findTarget = find;
     return step;
@@ -67,11 +117,7 @@ Step keyStep(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     const QString name = QKeySequence(static_cast<int>(modifiers) | key).toString(QKeySequence::PortableText);
     Step step{QStringLiteral("the key ") + name, [=](QMessageBox& box, const Target&) {
-                  const QPointer<QWindow> window = box.windowHandle();
-                  QTest::keyPress(window, key, modifiers);
-                  // The release of a key that closes the window is for no window of ours.
-                  if (window && window->isVisible())
-                      QTest::keyRelease(window, key, modifiers);
+                  pressAndRelease(box.windowHandle(), key, modifiers);
                   return QString();
               }};
     step.needsActiveWindow = true;
@@ -106,6 +152,7 @@ Step codeStep(const std::function<void(QMessageBox&)>& code)
                   }
               }};
     step.isAnswer = false;
+    step.mayEndBox = true;
     return step;
 }
 
@@ -121,7 +168,8 @@ QString obstacleTo(const Target& target, const QMessageBox& box)
     const QWidget* const there = box.childAt(target.widget->mapTo(&box, target.point));
     if (!there)
         return state(QStringLiteral("outside of the window"));
-    return there == target.widget ? QString() : state(QStringLiteral("covered by ") + nameOf(*there));
+    const bool isFree = there == target.widget || target.widget->isAncestorOf(there);
+    return isFree ? QString() : state(QStringLiteral("covered by ") + nameOf(*there));
 }
 
 Target findButton(const QMessageBox& box, const QString& label)
@@ -134,7 +182,7 @@ Target findButton(const QMessageBox& box, QMessageBox::StandardButton button)
 {
     return findOne(
         box,
-        [&](auto* each) { return box.standardButton(each) == button; },
+        [&](auto* each) { return button != QMessageBox::NoButton && box.standardButton(each) == button; },
         QStringLiteral("with the standard value ") + namesOf(button));
 }
 

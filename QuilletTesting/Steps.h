@@ -38,6 +38,9 @@ struct Step
 
     /// Whether it is there to close the box.
     bool isAnswer = true;
+
+    /// Whether the box may be closed by it, or at any time after it.
+    bool mayEndBox = false;
 };
 
 /// A click on what \a find finds.

@@ -27,5 +27,12 @@ int main(int argc, char** argv)
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
     Quillet::Testing::reportFailuresToGoogleTest();
-    return RUN_ALL_TESTS();
+    const bool isEarly = argc == 2 && qstrcmp(argv[1], "early") == 0;
+    const bool isLate = argc == 2 && qstrcmp(argv[1], "late") == 0;
+    if (isEarly)
+        DialogDriver().expect(QStringLiteral("save-changes"));
+    const int result = RUN_ALL_TESTS();
+    if (isLate)
+        DialogDriver().expect(QStringLiteral("save-changes"));
+    return result;
 }

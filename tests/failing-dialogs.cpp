@@ -59,6 +59,14 @@ private:
     int m_stays;
 };
 
+struct MouseSwallower : QObject
+{
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        return event->type() == QEvent::MouseButtonPress;
+    }
+};
+
 void keepPreprocessor(MessageDialogTemplate& /*unused*/) {}
 
 } // namespace
@@ -361,6 +369,26 @@ private Q_SLOTS:
         SaveChanges().exec();
     }
 
+    void forbiddenBesideAnother()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).anyTimes();
+        driver.expect(QStringLiteral("save-changes")).withText(QStringLiteral("Save the changes?")).times(0);
+        SaveChanges dialog;
+        dialog.exec();
+        dialog.setText(QStringLiteral("Save?"));
+        dialog.exec();
+        QCOMPARE(driver.records().constLast().wasExpected, true);
+    }
+
+    void uncheckedAtTheEnd()
+    {
+        SaveChanges dialog;
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes"));
+        dialog.open();
+    }
+
     void noneFits()
     {
         DialogDriver driver;
@@ -383,7 +411,7 @@ private Q_SLOTS:
     void differsAndGoneAtOnce()
     {
         DialogDriver driver;
-        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes"));
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes")).waitUntilClosed();
         SaveChanges dialog;
         dialog.show();
         dialog.hide();
@@ -392,7 +420,7 @@ private Q_SLOTS:
     void destroyedBeforeItsChecks()
     {
         DialogDriver driver;
-        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes"));
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes")).waitUntilClosed();
         SaveChanges().show();
     }
 
@@ -417,6 +445,37 @@ private Q_SLOTS:
         DialogDriver driver;
         driver.expect(QStringLiteral("save-changes")).click(QMessageBox::HelpRole);
         SaveChanges().exec();
+    }
+
+    void noButtonAtAll()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).click(QMessageBox::NoButton);
+        SaveChanges dialog;
+        delete dialog.cancel;
+        dialog.exec();
+    }
+
+    void clickWithoutEffect()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
+        SaveChanges dialog;
+        MouseSwallower swallower;
+        dialog.save->installEventFilter(&swallower);
+        dialog.exec();
+        QCOMPARE(dialog.clickedButton(), dialog.cancel);
+    }
+
+    void toggleWithoutEffect()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).toggleCheckBox().click(QStringLiteral("Save"));
+        SaveChanges dialog;
+        dialog.setCheckBox(new QCheckBox(QStringLiteral("Do not ask again")));
+        MouseSwallower swallower;
+        dialog.checkBox()->installEventFilter(&swallower);
+        dialog.exec();
     }
 
     void noRole()
@@ -517,6 +576,15 @@ private Q_SLOTS:
         openForEver([](QMessageBox& box) { static_cast<SaveChanges&>(box).save->move(-1000, 0); });
     }
 
+    void closedBeforeEscape()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes"));
+        SaveChanges dialog;
+        dialog.show();
+        dialog.hide();
+    }
+
     void closedBeforeItsAnswer()
     {
         DialogDriver driver;
@@ -601,6 +669,16 @@ private Q_SLOTS:
         driver.expect(QStringLiteral("save-changes")).times(-1);
     }
 
+    void dialogThatWasOpenBefore()
+    {
+        QInputDialog dialog;
+        dialog.setWindowTitle(QStringLiteral("Name"));
+        dialog.show();
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        dialog.exec(); // which shows nothing any more
+    }
+
     void dialogOfAnotherKind()
     {
         DialogDriver driver;
@@ -664,6 +742,30 @@ private Q_SLOTS:
     void openWithTooSmallAWindow()
     {
         openForEver([](QMessageBox& box) { box.windowHandle()->resize(10, 10); });
+    }
+
+    void openUnderADialogThatComesAndGoes()
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
+        Stubborn dialog(2);
+        QInputDialog other;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, &other, [&] { other.setVisible(!other.isVisible()); });
+        timer.start(timeout / 10);
+        dialog.exec();
+    }
+
+    void openInTheTimeOfAnotherDriver()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).run([](QMessageBox& box) {
+            DialogDriver other;
+            other.setTimeout(timeout);
+            QTRY_VERIFY_WITH_TIMEOUT(!box.isVisible(), 60000);
+        });
+        SaveChanges().exec();
     }
 
     void openBehindAMenu()
@@ -886,6 +988,15 @@ private:
 
 private Q_SLOTS:
     // These end the process.
+
+    void askingForEverByAnotherKind()
+    {
+        DialogDriver driver;
+        driver.setTimeout(20);
+        QInputDialog dialog;
+        while (dialog.exec() != QDialog::Accepted) {
+        }
+    }
 
     void askingForEver()
     {

@@ -7,9 +7,11 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QPointer>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QInputDialog>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
 
@@ -232,6 +234,138 @@ private Q_SLOTS:
         QVERIFY(wasOpen);
     }
 
+    void noModifierStaysDownAfterAKeyThatClosesItsBox()
+    {
+        DialogDriver driver;
+        driver.expect(identifier()).pressKey(Qt::Key_D, Qt::AltModifier);
+        QCOMPARE(execDialog(), QStringLiteral("Discard"));
+        QCOMPARE(QGuiApplication::keyboardModifiers(), Qt::KeyboardModifiers());
+    }
+
+    void aKeyIsPressedWithItsModifiersAndText()
+    {
+        struct Recorder : QObject
+        {
+            QStringList keys;
+
+            bool eventFilter(QObject* watched, QEvent* event) override
+            {
+                if (watched->isWindowType()
+                    && (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)) {
+                    const auto& key = static_cast<QKeyEvent&>(*event);
+                    keys.append(QStringLiteral("%1 %2 %3 %4")
+                                    .arg(event->type() == QEvent::KeyPress ? QStringLiteral("press")
+                                                                           : QStringLiteral("release"))
+                                    .arg(key.key(), 0, 16)
+                                    .arg(int(key.modifiers()), 0, 16)
+                                    .arg(key.text()));
+                }
+                return false;
+            }
+        } recorder;
+        DialogDriver driver;
+        driver.expect(QString()).pressKey(Qt::Key_J, Qt::ControlModifier | Qt::MetaModifier).pressEscape();
+        qApp->installEventFilter(&recorder);
+        QMessageBox().exec();
+        recorder.keys = recorder.keys.mid(0, 6);
+        QCOMPARE(recorder.keys,
+                 QStringList({QStringLiteral("press 1000021 4000000 "),
+                              QStringLiteral("press 1000022 14000000 "),
+                              QStringLiteral("press 4a 14000000 j"),
+                              QStringLiteral("release 4a 14000000 j"),
+                              QStringLiteral("release 1000022 14000000 "),
+                              QStringLiteral("release 1000021 4000000 ")}));
+    }
+
+    void aBoxMayVanishAtTheFirstKeyOfSeveral()
+    {
+        DialogDriver driver;
+        driver.expect(identifier()).pressKey(Qt::Key_D, Qt::AltModifier);
+        const QPointer<MessageDialog> dialog(new MessageDialog);
+        dialog->setId(identifier());
+        addButtons(*dialog);
+        dialog->open();
+        struct Deleter : QObject
+        {
+            QPointer<MessageDialog> dialog;
+
+            bool eventFilter(QObject*, QEvent* event) override
+            {
+                if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent&>(*event).key() == Qt::Key_Alt
+                    && dialog) {
+                    delete dialog;
+                    return true;
+                }
+                return false;
+            }
+        } deleter;
+        deleter.dialog = dialog;
+        qApp->installEventFilter(&deleter);
+        QVERIFY(driver.wait());
+        QVERIFY(!dialog);
+        QCOMPARE(QGuiApplication::keyboardModifiers(), Qt::KeyboardModifiers());
+    }
+
+    void aKeyWaitsUntilItsBoxIsActiveAgain()
+    {
+        DialogDriver driver;
+        driver.expect(identifier()).pressKey(Qt::Key_D, Qt::AltModifier);
+        QWidget window;
+        window.show();
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        addButtons(dialog);
+        dialog.setModal(false);
+        dialog.show();
+        QTimer::singleShot(0, &window, &QWidget::activateWindow);
+        QVERIFY(driver.wait());
+        QCOMPARE(clickedButtonOf(dialog), QStringLiteral("Discard"));
+    }
+
+    void aButtonMayHaveChildren()
+    {
+        DialogDriver driver;
+        driver.expect(identifier())
+            .run([](QMessageBox& box) {
+                QAbstractButton* const save = buttonOf(box, QStringLiteral("Save"));
+                auto* const label = new QLabel(QStringLiteral("S"), save);
+                label->resize(save->size());
+                label->show();
+            })
+            .click(QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Save"));
+    }
+
+    void aBoxMayBeSmallerByOnePixelThanItIsToBe()
+    {
+        if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+            return; // a window manager makes no window smaller than it may be, but by rounding
+        DialogDriver driver;
+        driver.expect(identifier())
+            .run([](QMessageBox& box) {
+                const QSize size = box.size() - QSize(1, 1);
+                box.windowHandle()->resize(size);
+                QTRY_COMPARE(box.size(), size);
+            })
+            .click(QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Save"));
+    }
+
+    void workBeforeTheAnswerDoesNotCountAsTimeOut()
+    {
+        DialogDriver driver;
+        driver.setTimeout(100);
+        driver.expect(identifier()).click(QStringLiteral("Save"));
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        addButtons(dialog);
+        dialog.open();
+        QThread::msleep(250);
+        driver.setTimeout(5000); // as the answer itself may take its time
+        QVERIFY(driver.wait());
+        QCOMPARE(clickedButtonOf(dialog), QStringLiteral("Save"));
+    }
+
     void anAnswerWaitsUntilAllOfTheBoxIsThere()
     {
         if (QGuiApplication::platformName() != QLatin1String("offscreen"))
@@ -369,6 +503,22 @@ private Q_SLOTS:
         QTRY_COMPARE(clicked, QStringLiteral("Save"));
     }
 
+    void aModelessBoxIsAnsweredWhileAnotherIsBusy()
+    {
+        DialogDriver driver;
+        MessageDialog lower;
+        MessageDialog upper;
+        lower.setId(QStringLiteral("lower"));
+        upper.setId(QStringLiteral("upper"));
+        driver.expect(QStringLiteral("lower"));
+        driver.expect(QStringLiteral("upper")).run([&](QMessageBox&) { QTRY_VERIFY(!lower.isVisible()); });
+        lower.setModal(false);
+        upper.setModal(false);
+        lower.show();
+        upper.show();
+        QVERIFY(driver.wait());
+    }
+
     void severalModelessBoxesAreAllAnswered()
     {
         DialogDriver driver;
@@ -432,8 +582,8 @@ private Q_SLOTS:
     void aBoxThatIsGoneAtOnceHasCome()
     {
         DialogDriver driver;
-        driver.expect(QStringLiteral("hidden"));
-        driver.expect(QString()); // what is left of a dialog that is being destroyed
+        driver.expect(QStringLiteral("hidden")).waitUntilClosed();
+        driver.expect(QString()).waitUntilClosed();
         MessageDialog hidden;
         hidden.setId(QStringLiteral("hidden"));
         hidden.show();
@@ -469,7 +619,7 @@ private Q_SLOTS:
             }
         } swallower;
         DialogDriver driver;
-        driver.expect(identifier());
+        driver.expect(identifier()).waitUntilClosed();
         auto dialog = std::make_unique<MessageDialog>();
         dialog->setId(identifier());
         dialog->show();
@@ -479,7 +629,7 @@ private Q_SLOTS:
         dialog.reset();
         qApp->removeEventFilter(&swallower);
         QMessageBox other;
-        driver.expect(QString());
+        driver.expect(QString()).waitUntilClosed();
         other.show();
         other.hide();
         QVERIFY(driver.wait());
@@ -530,6 +680,18 @@ private Q_SLOTS:
         QCOMPARE(execDialog(), QStringLiteral("Save"));
         QCOMPARE(execDialog(), QStringLiteral("Discard"));
         QVERIFY(driver.verify());
+    }
+
+    void anExpectationThatSaysMoreIsMetBeforeOneThatSaysLess()
+    {
+        DialogDriver driver;
+        driver.expect(identifier()).click(QStringLiteral("Save"));
+        driver.expect(identifier())
+            .withTitle(QStringLiteral("Unsaved changes"))
+            .anyTimes()
+            .click(QStringLiteral("Discard"));
+        QCOMPARE(execDialog(), QStringLiteral("Discard"));
+        QCOMPARE(execPlainBox(), QStringLiteral("Save"));
     }
 
     void expectationsThatAreAlikeAreMetInTheirOrder()
@@ -661,6 +823,39 @@ private Q_SLOTS:
         QCOMPARE(execDialog(), QStringLiteral("Save"));
     }
 
+    void aModalBoxThatWasOpenBeforeTheDriverIsAnswered_data()
+    {
+        QTest::addColumn<bool>("isModal");
+        QTest::newRow("modal") << true;
+        QTest::newRow("modeless") << false;
+    }
+
+    void aModalBoxThatWasOpenBeforeTheDriverIsAnswered()
+    {
+        QFETCH(const bool, isModal);
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        addButtons(dialog);
+        dialog.setModal(isModal);
+        dialog.show();
+        DialogDriver driver;
+        driver.setTimeout(1000);
+        driver.expect(identifier()).times(isModal).click(QStringLiteral("Save"));
+        QVERIFY(driver.wait());
+        QCOMPARE(clickedButtonOf(dialog), isModal ? QStringLiteral("Save") : QString());
+    }
+
+    void aDriverMayWaitWhileALaterOneLives()
+    {
+        DialogDriver first;
+        first.setTimeout(50);
+        first.expect(QStringLiteral("never")).anyTimes();
+        auto& owed = first.expect(identifier());
+        const DialogDriver second;
+        QVERIFY(!first.wait());
+        owed.times(0);
+    }
+
     void whatCameBeforeAnotherDriverIsAnsweredAfterIt()
     {
         DialogDriver first;
@@ -671,7 +866,7 @@ private Q_SLOTS:
         dialog.show();
         {
             const DialogDriver second;
-            QCoreApplication::processEvents();
+            QTest::qWait(50);
             QVERIFY(dialog.isVisible());
         }
         QVERIFY(first.wait());
@@ -703,6 +898,17 @@ private Q_SLOTS:
         QTest::newRow("click") << Instruct([](auto& box) { box.click(QStringLiteral("Save")); });
         QTest::newRow("key") << Instruct([](auto& box) { box.pressEscape(); });
         QTest::newRow("closing the window") << Instruct([](auto& box) { box.closeWindow(); });
+    }
+
+    void aDriverMayEndWhileItWaits()
+    {
+        auto driver = std::make_unique<DialogDriver>();
+        driver->expect(QString());
+        MessageDialog dialog;
+        connect(&dialog, &QDialog::finished, this, [&] { driver.reset(); });
+        dialog.open();
+        QVERIFY(!driver->wait());
+        QVERIFY(!driver);
     }
 
     void aDriverMayEndWhenABoxCloses()
@@ -804,6 +1010,59 @@ private Q_SLOTS:
         dialog.setDefaultButton(QMessageBox::No);
         dialog.exec();
         QVERIFY(driver.verify());
+    }
+
+    void theButtonForDetailsIsNoStandardButtonAndNoCustomOne()
+    {
+        DialogDriver driver;
+        driver.expect(QString()).withButtons(QMessageBox::Ok);
+        QMessageBox box(QMessageBox::NoIcon, {}, {}, QMessageBox::Ok);
+        box.setDetailedText(QStringLiteral("harbour.svg"));
+        box.exec();
+    }
+
+    void whatChangesAfterTheShowIsWhatIsChecked()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("new"))
+            .withTitle(QStringLiteral("New"))
+            .withText(QStringLiteral("new"))
+            .withInformativeText(QStringLiteral("new"))
+            .withIcon(QMessageBox::Critical)
+            .withButtons({QStringLiteral("New"), QStringLiteral("Close")})
+            .withDefaultButton(QStringLiteral("New"));
+        QMessageBox box(QMessageBox::Warning, QStringLiteral("Old"), QStringLiteral("old"));
+        box.addButton(QStringLiteral("Close"), QMessageBox::RejectRole);
+        box.open();
+        box.setObjectName(QStringLiteral("new"));
+        box.setWindowTitle(QStringLiteral("New"));
+        box.setText(QStringLiteral("new"));
+        box.setInformativeText(QStringLiteral("new"));
+        box.setIcon(QMessageBox::Critical);
+        box.setDefaultButton(box.addButton(QStringLiteral("New"), QMessageBox::AcceptRole));
+        QVERIFY(driver.wait());
+        QCOMPARE(driver.records().constFirst().icon, QMessageBox::Critical);
+    }
+
+    void eachIconOfAMessageDialogIsToldWhenItIsShownAgain_data()
+    {
+        QTest::addColumn<QMessageBox::Icon>("icon");
+        QTest::newRow("none") << QMessageBox::NoIcon;
+        QTest::newRow("Information") << QMessageBox::Information;
+        QTest::newRow("Warning") << QMessageBox::Warning;
+        QTest::newRow("Critical") << QMessageBox::Critical;
+        QTest::newRow("Question") << QMessageBox::Question;
+    }
+
+    void eachIconOfAMessageDialogIsToldWhenItIsShownAgain()
+    {
+        QFETCH(const QMessageBox::Icon, icon);
+        DialogDriver driver;
+        driver.expect(QString()).times(2).withIcon(icon);
+        MessageDialog dialog({}, {}, icon);
+        dialog.exec();
+        dialog.exec();
+        QCOMPARE(driver.records().constLast().icon, icon);
     }
 
     void checksOfTheTestsOwnSeeTheBox()
@@ -981,6 +1240,26 @@ private Q_SLOTS:
         DialogDriver driver;
         QVERIFY(driver.wait());
         QVERIFY(driver.verify());
+    }
+
+    void nativeBoxesAreOffUntilTheLastDriverEnds()
+    {
+        auto first = std::make_unique<DialogDriver>();
+        auto second = std::make_unique<DialogDriver>();
+        first.reset();
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+        second.reset();
+        QVERIFY(!QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+    }
+
+    void nativeBoxesThatWereOffStayOff()
+    {
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        {
+            const DialogDriver driver;
+        }
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false);
     }
 
     void nativeBoxesAreOffOnlyWhileADriverLives()

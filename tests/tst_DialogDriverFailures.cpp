@@ -25,10 +25,15 @@ std::unique_ptr<QProcess> start(const char* program, const QString& argument)
 // Runs a program of failing cases, which go to its standard output as QtTest or GoogleTest writes them.
 Outcome finish(QProcess& process, const QString& failure)
 {
-    process.waitForFinished(-1);
+    if (!process.waitForFinished(60000))
+        process.kill(); // which counts as a crash
+    process.waitForFinished();
     Outcome outcome;
-    outcome.hasCrashed = process.exitStatus() == QProcess::CrashExit;
     outcome.output = QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError());
+    // A sanitizer ends a process as a failing test does.
+    outcome.hasCrashed = process.exitStatus() == QProcess::CrashExit
+                         || outcome.output.contains(QLatin1String("Sanitizer:"))
+                         || outcome.output.contains(QLatin1String("runtime error:"));
     // A message may have several lines; what follows it, the place, is told by how the framework writes it.
     // The lines of our own sources that messages name are left out: they change with every edit.
     outcome.output.replace(QRegularExpression(QStringLiteral("\\(line \\d+\\)")), QStringLiteral("(line N)"));
@@ -94,6 +99,7 @@ private Q_SLOTS:
                                      "coveredButton",
                                      "coveredCheckBox",
                                      "dialogOfAnotherKind",
+                                     "dialogThatWasOpenBefore",
                                      "disabledButton",
                                      "hiddenButton",
                                      "modelessAndOpenAfterItsAnswer",
@@ -102,6 +108,8 @@ private Q_SLOTS:
                                      "openBehindAMenu",
                                      "openDuringItsAnswer",
                                      "openInsteadOfBeingClosedByItsApplication",
+                                     "openInTheTimeOfAnotherDriver",
+                                     "openUnderADialogThatComesAndGoes",
                                      "openUnderADialogThatIsGivenUp",
                                      "openUnderAWindow",
                                      "openWithAnotherText",
@@ -196,6 +204,7 @@ private Q_SLOTS:
                  QStringLiteral("    \"They are lost otherwise, and nobody can bring them back to me.\""),
                  QStringLiteral("  where this was expected:"),
                  QStringLiteral("    \"They are lost otherwise, and nobody can bring them back to you.\"")}));
+        add("forbiddenBesideAnother", unexpected(description()));
         add("noneFits",
             differs({QStringLiteral("  text: \"Save the changes?\" where \"Save?\" was expected")}));
         add("noStandardButtonsExpected",
@@ -216,6 +225,10 @@ private Q_SLOTS:
         says("noSuchStandardButton",
              R"(has no button with the standard value Save; its buttons are "Save", "Cancel")");
         says("noSuchRole", R"(has no button with HelpRole; its buttons are "Save", "Cancel")");
+        says("noButtonAtAll", R"(has no button with the standard value none; its buttons are "Save")");
+        says("clickWithoutEffect", "cannot be answered: its button \"Save\" does not react to a click");
+        says("toggleWithoutEffect",
+             "cannot be answered: its check box \"Do not ask again\" does not react to a click");
         says("noRole", R"(has no button with role -1; its buttons are "Save", "Cancel")");
         says("roleBeyondTheLast", R"(has no button with role 9; its buttons are "Save", "Cancel")");
         says("severalButtonsOfARole",
@@ -227,6 +240,8 @@ private Q_SLOTS:
         says("slotBeyondTheLast", "has no button of slot 4");
         says("slotWhoseButtonIsGone", "has no button of slot 2");
         says("noCheckBox", "has no check box");
+        says("closedBeforeEscape",
+             "has closed before the key Esc. waitUntilClosed() is for boxes that their application closes");
         says("closedBeforeItsAnswer", "has closed before a click on \"Save\"");
         says("destroyedBeforeItsAnswer", "has closed before the close of its window");
         says("destroyedBeforeItsChecks", "has been destroyed before it was checked");
@@ -253,6 +268,13 @@ private Q_SLOTS:
         staysOpen("openWithTooSmallAWindow", ", not completely on the screen");
         staysOpen("openWithoutBeingActive", ", its window not active");
         staysOpen("openBehindAMenu", ", behind a QMenu");
+        staysOpen("openUnderADialogThatComesAndGoes", " after a click on \"Save\"");
+        add("openInTheTimeOfAnotherDriver",
+            stayedOpen(QStringLiteral(" during a call of the test's code"))
+                .replace(QStringLiteral("2000 ms"), QStringLiteral("5000 ms")));
+        add("dialogThatWasOpenBefore",
+            QStringLiteral(
+                "Nothing has happened for 2000 ms while a QInputDialog titled \"Name\" was open."));
         staysOpen("openInsteadOfBeingClosedByItsApplication", ", waiting for its end by the application");
         staysOpen("disabledButton", ", button \"Save\" disabled");
         staysOpen("hiddenButton", ", button \"Save\" hidden");
@@ -362,6 +384,10 @@ private Q_SLOTS:
                                    "changes?\", buttons \"Save\", \"Cancel\": expected (line N)"),
                     QStringLiteral("  dialog without identifier, titled \"\", text \"\", buttons \"OK\": "
                                    "unexpected")})});
+        QTest::newRow("uncheckedAtTheEnd") << QStringList(
+            {lines({QStringLiteral("The dialog \"save-changes\" differs from what was expected:"),
+                    QStringLiteral("  title: \"Unsaved changes\" where \"Changes\" was expected")}),
+             stillOpen(QStringLiteral("save-changes"))});
         QTest::newRow("unexpectedTwice") << QStringList(
             {unexpected(description()), QStringLiteral("The same unexpected dialog has come again.")});
         QTest::newRow("openedByTheEndOfAnother")
@@ -429,11 +455,39 @@ private Q_SLOTS:
                  qPrintable(outcome.output));
     }
 
+    void codeThatAsksForEverByAnotherDialogIsEnded()
+    {
+        const Outcome outcome = run(QStringLiteral("askingForEverByAnotherKind"));
+        QVERIFY(outcome.hasCrashed);
+        QCOMPARE(outcome.failures.size(), 19);
+        QVERIFY(outcome.output.contains(
+            QStringLiteral("20 time-outs: the code seems to ask until it gets another answer.")));
+    }
+
     void aDriverNeedsAnApplication()
     {
         const Outcome outcome = run(QStringLiteral("no-application"));
         QVERIFY(outcome.hasCrashed);
         QVERIFY(outcome.output.contains(QStringLiteral("A DialogDriver needs a QApplication.\n")));
+    }
+
+    void aFailureWhileGoogleTestRunsNoTestsEndsTheProcess_data()
+    {
+        QTest::addColumn<QString>("when");
+        for (const char* when : {"early", "late"})
+            QTest::addRow("%s", when) << QString::fromLatin1(when);
+    }
+
+    void aFailureWhileGoogleTestRunsNoTestsEndsTheProcess()
+    {
+        QFETCH(const QString, when);
+        const Outcome outcome = finish(*start(FAILING_DIALOGS_UNDER_GOOGLE_TEST, when), QStringLiteral("-"));
+        QVERIFY(outcome.hasCrashed);
+        QVERIFY(outcome.output.contains(QStringLiteral(
+            "The expected dialog \"save-changes\" has not come.\nNo dialog has come.\n(GoogleTest "
+            "runs no tests.)\n")));
+        QCOMPARE(outcome.output.contains(QStringLiteral("Failing.NeverCame")),
+                 when == QStringLiteral("late"));
     }
 
     void underGoogleTestAFailureIsOneOfItsOwn()
