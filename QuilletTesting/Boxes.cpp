@@ -98,6 +98,17 @@ QString blockerOf(const QDialog& dialog)
         .arg(QString::fromLatin1(blocker->metaObject()->className()), quoted(blocker->windowTitle()));
 }
 
+void closePopups()
+{
+    const QWidget* last = nullptr;
+    QWidget* popup = QApplication::activePopupWidget();
+    while (popup && popup != last) {
+        last = popup;
+        popup->close();
+        popup = QApplication::activePopupWidget();
+    }
+}
+
 void dismiss(const QPointer<QDialog>& dialog)
 {
     const auto isOpen = [&] { return dialog && dialog->isVisible(); };

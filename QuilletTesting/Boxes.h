@@ -19,6 +19,9 @@ bool isOnScreen(const QMessageBox& box);
 /// The modal dialog that keeps a user from \a dialog, which is known to be blocked, as the end of a sentence.
 QString blockerOf(const QDialog& dialog);
 
+/// Closes menus and other popups, so far as they let themselves be closed.
+void closePopups();
+
 /// Ends a dialog in the ways that a user has and, where it has none of them, by force.
 void dismiss(const QPointer<QDialog>& dialog);
 

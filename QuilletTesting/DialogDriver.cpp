@@ -554,7 +554,8 @@ private:
             showing.obstacle = QStringLiteral(", not completely on the screen");
             return false;
         }
-        if (const QWidget* popup = QApplication::activePopupWidget()) {
+        const QWidget* const popup = QApplication::activePopupWidget();
+        if (popup && popup != &box && !box.isAncestorOf(popup)) {
             showing.obstacle =
                 QStringLiteral(", behind a ") + QString::fromLatin1(popup->metaObject()->className());
             return false;
@@ -682,9 +683,7 @@ private:
         if (++m_timeOuts == most_timeouts) { // GCOVR_EXCL_BR_LINE ends what counts, too
             qFatal("%d time-outs: the code seems to ask until it gets another answer.", most_timeouts);
         }
-        while (QWidget* popup = QApplication::activePopupWidget()) {
-            popup->close(); // what has a loop of its own, too
-        }
+        closePopups();
         const QString problem = QStringLiteral("Nothing has happened for %1 ms while ").arg(timeout);
         if (!hanging.isMessageBox) {
             QDialog& dialog = *hanging.dialog;

@@ -35,7 +35,8 @@ class DialogDriverPrivate;
 ///   nothing else, and nothing that goes well waits for it. What a driver cannot end is code that blocks
 ///   without an event loop, and an event loop that belongs to no dialog.
 ///
-/// Boxes that are opened without blocking are answered as soon as events are processed: call wait().
+/// Boxes that are opened without blocking are answered as soon as events are processed: call wait(). A modal
+/// box that was open before the driver was made is answered a moment later; a modeless one is not.
 ///
 /// A driver needs a QApplication and is used from the GUI thread only. Of several that live at once the one
 /// made last answers; the others see no show meanwhile. While a driver lives, message boxes are never the

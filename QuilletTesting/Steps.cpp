@@ -49,7 +49,8 @@ Target findOne(const QMessageBox& box,
                      quoted(labels))};
 }
 
-// Key by key, and not by QTest::keyClick(): each of them may destroy the window.
+// Key by key, and not by QTest::keyClick(): each of them may destroy the window, and no events are processed
+// between them, which might make another window the active one.
 void pressAndRelease(const QPointer<QWindow>& window, Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     struct Key
@@ -74,7 +75,11 @@ void pressAndRelease(const QPointer<QWindow>& window, Qt::Key key, Qt::KeyboardM
     const auto send = [&](bool isPress, Qt::Key code, Qt::KeyboardModifiers held) {
         const char ascii = QTest::keyToAscii(code);
         const QString text = ascii ? QString(QLatin1Char(ascii)) : QString();
-        QTest::simulateEvent(isThere() ? window.data() : &elsewhere, isPress, code, held, text, false);
+        qt_handleKeyEvent(isThere() ? window.data() : &elsewhere,
+                          isPress ? QEvent::KeyPress : QEvent::KeyRelease,
+                          code,
+                          held,
+                          text);
     };
     Qt::KeyboardModifiers held = modifiers & Qt::KeypadModifier;
     auto next = keys.begin();

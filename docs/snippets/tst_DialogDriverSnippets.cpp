@@ -130,7 +130,7 @@ private Q_SLOTS:
         Editor editor;
         editor.isChanged = false;
         //! [nothing-expected]
-        const DialogDriver driver; // whatever dialog comes, the test fails
+        const DialogDriver driver; // whatever message box comes, the test fails
         QVERIFY(editor.closeDocument());
         //! [nothing-expected]
     }
