@@ -98,6 +98,15 @@ QString blockerOf(const QDialog& dialog)
         .arg(QString::fromLatin1(blocker->metaObject()->className()), quoted(blocker->windowTitle()));
 }
 
+const QWidget* popupOver(const QMessageBox& box)
+{
+    const QWidget* const popup = QApplication::activePopupWidget();
+    const QWidget* owner = popup;
+    while (owner && owner != &box)
+        owner = owner->parentWidget();
+    return owner ? nullptr : popup;
+}
+
 void closePopups()
 {
     const QWidget* last = nullptr;

@@ -19,6 +19,9 @@ bool isOnScreen(const QMessageBox& box);
 /// The modal dialog that keeps a user from \a dialog, which is known to be blocked, as the end of a sentence.
 QString blockerOf(const QDialog& dialog);
 
+/// The menu or other popup that is open and does not belong to the box; null where there is none.
+const QWidget* popupOver(const QMessageBox& box);
+
 /// Closes menus and other popups, so far as they let themselves be closed.
 void closePopups();
 

@@ -367,7 +367,8 @@ private:
             const DialogDriverPrivate* const owner = ownerOf(*dialog);
             if (!owner)
                 open(*dialog);
-            isAnyOfOthers = isAnyOfOthers || (owner && owner != this);
+            else if (owner != this)
+                isAnyOfOthers = true;
         }
         if (!m_isWaiting && !isAnyOfOthers && !findLast(&Showing::isPending))
             m_idleTicks = 0;
@@ -554,8 +555,7 @@ private:
             showing.obstacle = QStringLiteral(", not completely on the screen");
             return false;
         }
-        const QWidget* const popup = QApplication::activePopupWidget();
-        if (popup && popup != &box && !box.isAncestorOf(popup)) {
+        if (const QWidget* popup = popupOver(box)) {
             showing.obstacle =
                 QStringLiteral(", behind a ") + QString::fromLatin1(popup->metaObject()->className());
             return false;
@@ -662,10 +662,10 @@ private:
         m_idleTicks = 0;
         DialogDriverPrivate* owner = this;
         ShowingPointer hanging;
-        if (const auto* modal = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
-            if (auto* const driver = ownerOf(*modal)) {
-                owner = driver;
-                hanging = driver->find(modal);
+        for (DialogDriverPrivate* each : qAsConst(drivers())) {
+            if (const auto showing = each->find(QApplication::activeModalWidget())) {
+                owner = each;
+                hanging = showing;
             }
         }
         if (!hanging || !hanging->isPending()) {

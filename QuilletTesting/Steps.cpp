@@ -10,6 +10,7 @@
 #include <QtGui/QKeySequence>
 #include <QtGui/QWindow>
 #include <QtTest/QtTest>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOptionButton>
@@ -104,10 +105,13 @@ Step clickStep(const QString& name, const FindTarget& find)
                   const auto watch = QObject::connect(static_cast<QAbstractButton*>(target.widget),
                                                       &QAbstractButton::clicked,
                                                       [&hasReacted] { hasReacted = true; });
-                  QTest::mouseClick(box.windowHandle(),
-                                    Qt::LeftButton,
-                                    Qt::NoModifier,
-                                    target.widget->mapTo(&box, target.point));
+                  const QPointer<QWindow> window = box.windowHandle();
+                  const QPoint point = target.widget->mapTo(&box, target.point);
+                  const bool hasPopup = QApplication::activePopupWidget();
+                  QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier, point);
+                  // While a list in the box drops down, the first click only closes that.
+                  if (widget && !hasReacted && hasPopup)
+                      QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier, point);
                   QObject::disconnect(watch);
                   return hasReacted || !widget
                              ? QString()

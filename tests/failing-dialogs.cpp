@@ -405,6 +405,7 @@ private Q_SLOTS:
         driver.expect(QStringLiteral("save-changes")).withButtons(QMessageBox::NoButton);
         SaveChanges dialog;
         dialog.addButton(QMessageBox::Help);
+        dialog.setDetailedText(QStringLiteral("harbour.svg"));
         dialog.exec();
     }
 
@@ -776,6 +777,16 @@ private Q_SLOTS:
         QVERIFY(!menu.isVisible());
     }
 
+    void openBehindAStubbornPopup()
+    {
+        struct : QWidget
+        {
+            void closeEvent(QCloseEvent* event) override { event->ignore(); }
+        } popup;
+        popup.setWindowFlags(Qt::Popup);
+        openForEver([&](QMessageBox&) { popup.show(); });
+    }
+
     void openInsteadOfBeingClosedByItsApplication()
     {
         DialogDriver driver;
@@ -818,6 +829,8 @@ private Q_SLOTS:
         other.setModality(Qt::ApplicationModal);
         QInputDialog hidden;
         hidden.setModal(true);
+        QWidget plain;
+        plain.show();
         openForEver([&](QMessageBox&) { other.show(); });
     }
 

@@ -10,6 +10,7 @@
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
 #include <QtWidgets/QInputDialog>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMenu>
@@ -322,6 +323,33 @@ private Q_SLOTS:
         QCOMPARE(clickedButtonOf(dialog), QStringLiteral("Discard"));
     }
 
+    void aPopupOfTheBoxIsNotInItsWay_data()
+    {
+        QTest::addColumn<bool>("isBox");
+        QTest::newRow("the box") << true;
+        QTest::newRow("of a list in it") << false;
+    }
+
+    void aPopupOfTheBoxIsNotInItsWay()
+    {
+        QFETCH(const bool, isBox);
+        DialogDriver driver;
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        addButtons(dialog);
+        auto& expectation = driver.expect(identifier());
+        if (isBox) {
+            dialog.setWindowFlags(Qt::Popup);
+        } else {
+            auto* const list = new QComboBox(&dialog);
+            list->addItems({QStringLiteral("a"), QStringLiteral("b")});
+            expectation.run([=](QMessageBox&) { list->showPopup(); });
+        }
+        expectation.click(QStringLiteral("Save"));
+        dialog.exec();
+        QCOMPARE(clickedButtonOf(dialog), QStringLiteral("Save"));
+    }
+
     void aButtonMayHaveChildren()
     {
         DialogDriver driver;
@@ -414,7 +442,8 @@ private Q_SLOTS:
         });
         QTest::newRow("not behind a menu") << Instruct([](auto& box) {
             box.run([](QMessageBox& it) {
-                auto* const menu = new QMenu(&it);
+                auto* const menu = new QMenu;
+                menu->setAttribute(Qt::WA_DeleteOnClose);
                 menu->addAction(QStringLiteral("Copy"));
                 menu->popup(it.pos());
                 QTimer::singleShot(50, menu, &QWidget::close);
@@ -632,6 +661,9 @@ private Q_SLOTS:
         driver.expect(QString()).waitUntilClosed();
         other.show();
         other.hide();
+        QInputDialog input;
+        input.open();
+        input.hide();
         QVERIFY(driver.wait());
         QCOMPARE(driver.identifiers(), QStringList({identifier(), QString()}));
     }
@@ -900,13 +932,25 @@ private Q_SLOTS:
         QTest::newRow("closing the window") << Instruct([](auto& box) { box.closeWindow(); });
     }
 
+    void aDriverMayEndWhileItWaits_data()
+    {
+        QTest::addColumn<bool>("isAtOnce");
+        QTest::newRow("at once") << true;
+        QTest::newRow("when the box closes") << false;
+    }
+
     void aDriverMayEndWhileItWaits()
     {
+        QFETCH(const bool, isAtOnce);
         auto driver = std::make_unique<DialogDriver>();
-        driver->expect(QString());
+        driver->expect(QString()).times(!isAtOnce);
         MessageDialog dialog;
         connect(&dialog, &QDialog::finished, this, [&] { driver.reset(); });
-        dialog.open();
+        if (isAtOnce)
+            QMetaObject::invokeMethod(
+                this, [&] { driver.reset(); }, Qt::QueuedConnection);
+        else
+            dialog.open();
         QVERIFY(!driver->wait());
         QVERIFY(!driver);
     }
@@ -950,6 +994,14 @@ private Q_SLOTS:
                    });
                })
                 .pressEscape();
+        });
+        QTest::newRow("by half a click") << Instruct([](auto& box) {
+            box.run([](QMessageBox& it) {
+                   connect(buttonOf(it, QStringLiteral("Save")), &QAbstractButton::pressed, &it, [&it] {
+                       delete it.parentWidget();
+                   });
+               })
+                .click(QStringLiteral("Save"));
         });
         QTest::newRow("by a click") << Instruct([](auto& box) {
             box.run([](QMessageBox& it) {
@@ -1019,6 +1071,10 @@ private Q_SLOTS:
         QMessageBox box(QMessageBox::NoIcon, {}, {}, QMessageBox::Ok);
         box.setDetailedText(QStringLiteral("harbour.svg"));
         box.exec();
+        driver.expect(QString()).withButtons(QMessageBox::Ok);
+        box.open();
+        buttonOf(box, QStringLiteral("Show Details..."))->click();
+        QVERIFY(driver.wait());
     }
 
     void whatChangesAfterTheShowIsWhatIsChecked()
@@ -1233,6 +1289,14 @@ private Q_SLOTS:
         const DialogDriver driver;
         qunsetenv("QUILLET_TESTING_TIMEOUT");
         QTEST(driver.timeout(), "timeout");
+    }
+
+    void nothingTimesOutWhileNothingIsOpen()
+    {
+        DialogDriver driver;
+        driver.setTimeout(10);
+        QTest::qWait(100);
+        QVERIFY(driver.wait());
     }
 
     void aDriverWithNothingToDoHasNothingToSay()
