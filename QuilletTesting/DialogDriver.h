@@ -22,18 +22,21 @@ class DialogDriverPrivate;
 ///
 /// - **An expected box**, one with the identifier of an expect() that has not been met, is checked and
 ///   answered as the DialogExpectation says. Boxes may come in any order, and while others are open. Of
-///   several expectations with one identifier the first is taken whose title and text are those of the box,
-///   and rather one that is owed than one for anyTimes(). Where title or text are those of none, the first
-///   is taken all the same, and fails; a box without identifier is unexpected then.
+///   several expectations with one identifier that one is met whose title and text are those of the box and
+///   which says most of these; then rather one that is owed than one for anyTimes(); then the first. Where
+///   title or text are those of none, the first is met all the same, and fails; only a box without identifier
+///   is unexpected then. A fitting expectation with times(0) makes the box unexpected in any case.
 /// - **An unexpected box** makes the test fail with a message that describes it, and is dismissed: by Escape
 ///   or by closing its window, which presses its escape button; by QDialog::done() where it has none. The
 ///   hundredth ends the process: the code seems to ask until it gets another answer.
 /// - **An expected box that never comes** makes the test fail, with a message that tells what came instead,
 ///   when verify() is called or the driver is destroyed.
 /// - **Nothing hangs.** When nothing has happened for the time-out while a box is open, or a modal dialog
-///   that is no message box, the test fails, menus are closed, and that box or dialog is. The time-out ends
-///   nothing else, and nothing that goes well waits for it. What a driver cannot end is code that blocks
-///   without an event loop, and an event loop that belongs to no dialog.
+///   that is no message box, the test fails, menus are closed, and that box or dialog is. What happens is
+///   that a box comes or closes, or a step of its answer; time in which the event loop stands still does not
+///   count. The time-out ends nothing else, and nothing that goes well waits for it. The twentieth ends the
+///   process. What a driver cannot end is code that blocks without an event loop, and an event loop that
+///   belongs to no dialog.
 ///
 /// Boxes that are opened without blocking are answered as soon as events are processed: call wait(). A modal
 /// box that was open before the driver was made is answered a moment later; a modeless one is not.

@@ -29,9 +29,9 @@ struct Step;
 /// **Answers** are performed one after the other, each as soon as a user could do it: the window is exposed,
 /// no modal dialog and no menu is in front of it, and what is to be clicked is there, enabled and not
 /// covered. Where no answer is given, it is pressEscape(), also after run() and toggleCheckBox(). A click on
-/// a button that the box does not have is a failure at once, and the box is dismissed as an unexpected one
-/// is; so it is at the time-out, when an answer is still not possible or the box is still open after the last
-/// one.
+/// a button that the box does not have, or that does not react, is a failure at once, and the box is
+/// dismissed as an unexpected one is; so it is at the time-out, when an answer is still not possible or the
+/// box is still open after the last one. It is a failure, too, when the box closes before it is answered.
 ///
 /// Mouse and key events are handed to the box's window, as they arrive from a real mouse and keyboard;
 /// nothing is called by name. What is hidden, disabled or covered is out of reach, as it is for a user.
