@@ -9,6 +9,7 @@
 #include "VectorPage.h"
 
 #include <Quillet/PainterPathContainer.h>
+#include <QuilletTesting/DialogDriver.h>
 
 #include <QtCore/QMimeData>
 #include <QtCore/QTemporaryDir>
@@ -22,6 +23,8 @@
 #include <QtWidgets/QTableWidget>
 
 #include <cmath>
+
+using Quillet::Testing::DialogDriver;
 
 namespace {
 
@@ -137,13 +140,10 @@ struct DialogButtons
     /// The text of the default button of the dialog that the page describes.
     QString defaultInDialog() const
     {
-        QString result;
-        whenModal([&](QMessageBox& box) {
-            result = box.defaultButton()->text();
-            box.defaultButton()->click();
-        });
+        DialogDriver driver;
+        driver.expect(QString()).pressKey(Qt::Key_Return);
         click(window, QStringLiteral("exec()"));
-        return result;
+        return driver.records().constLast().defaultButton;
     }
 
     GalleryWindow window;
@@ -166,13 +166,9 @@ private Q_SLOTS:
     void anExecutedDialogLogsItsCallbacksAndItsResult()
     {
         GalleryWindow window;
-        QString title;
-        whenModal([&](QMessageBox& box) {
-            title = box.windowTitle();
-            box.button(QMessageBox::Discard)->click();
-        });
+        DialogDriver driver;
+        driver.expect(QString()).withTitle(QStringLiteral("Question")).click(QMessageBox::Discard);
         click(window, QStringLiteral("exec()"));
-        QCOMPARE(title, QStringLiteral("Question"));
         QCOMPARE(logOf(window),
                  QStringList({QStringLiteral("exec() of \"Question\""),
                               QStringLiteral("Pre-exec callback: go on"),
@@ -196,10 +192,10 @@ private Q_SLOTS:
     void anOpenedDialogRunsNoCallback()
     {
         GalleryWindow window;
+        DialogDriver driver;
+        driver.expect(QString()).click(QMessageBox::Save);
         click(window, QStringLiteral("open()"));
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        QVERIFY(box);
-        box->button(QMessageBox::Save)->click();
+        QVERIFY(driver.wait());
         QCOMPARE(logOf(window),
                  QStringList({QStringLiteral("open() of \"Question\""), QStringLiteral("clicked: Save")}));
     }
