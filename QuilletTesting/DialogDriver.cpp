@@ -330,7 +330,6 @@ public:
     QVector<DialogRecord> records;
     int timeout = default_timeout;
     QString screenshotDirectory = qEnvironmentVariable("QUILLET_TESTING_SCREENSHOTS");
-    bool isVerified = false;
 
 private:
     void schedule()
@@ -767,13 +766,11 @@ DialogDriver::DialogDriver(const SourceLocation& where)
 DialogDriver::~DialogDriver()
 {
     d->finish();
-    if (!d->isVerified)
-        verify();
+    d->verify();
 }
 
 DialogExpectation& DialogDriver::expect(const QString& identifier, const SourceLocation& where)
 {
-    d->isVerified = false;
     d->expectations.push_back(std::shared_ptr<DialogExpectation>(new DialogExpectation(identifier, where)));
     return *d->expectations.back();
 }
@@ -785,7 +782,6 @@ bool DialogDriver::wait()
 
 bool DialogDriver::verify()
 {
-    d->isVerified = true;
     return d->verify();
 }
 

@@ -50,8 +50,7 @@ public:
     /// Starts to answer. What concerns no expectation fails at \a where.
     explicit DialogDriver(const SourceLocation& where = SourceLocation::current());
 
-    /// Calls verify() unless the test has done so, and stops answering. A box that is still open fails the
-    /// test and is dismissed.
+    /// Calls verify() and stops answering. A box that is still open fails the test and is dismissed.
     ~DialogDriver();
 
     Q_DISABLE_COPY(DialogDriver)

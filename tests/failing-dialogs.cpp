@@ -106,8 +106,21 @@ private Q_SLOTS:
         QMessageBox box;
         box.addButton(QStringLiteral("One"), QMessageBox::AcceptRole);
         box.addButton(QStringLiteral("Two"), QMessageBox::AcceptRole);
+        const QSignalSpy finished(&box, &QDialog::finished);
         QCOMPARE(box.exec(), int(QDialog::Rejected));
         QVERIFY(!box.clickedButton());
+        QCOMPARE(finished.size(), 1);
+    }
+
+    void unexpectedAndDeafToEscape()
+    {
+        struct Deaf : SaveChanges
+        {
+            void keyPressEvent(QKeyEvent* /*event*/) override {}
+        } dialog;
+        const DialogDriver driver;
+        dialog.exec();
+        QCOMPARE(dialog.clickedButton(), dialog.cancel); // closing its window has pressed it
     }
 
     void unexpectedAgain()
@@ -260,6 +273,17 @@ private Q_SLOTS:
         qInfo().noquote() << "The files are" << files.join(QLatin1Char(' '));
     }
 
+    void screenshotsOfWhatHangs()
+    {
+        const QTemporaryDir directory;
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.setScreenshotDirectory(directory.path());
+        driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
+        Stubborn(2).exec();
+        QInputDialog().exec();
+    }
+
     void neverCame()
     {
         DialogDriver driver;
@@ -389,6 +413,14 @@ private Q_SLOTS:
         dialog.open();
     }
 
+    void noneOfTwoFits()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).withText(QStringLiteral("Save?"));
+        driver.expect(QStringLiteral("save-changes")).withTitle(QStringLiteral("Changes"));
+        SaveChanges().exec();
+    }
+
     void noneFits()
     {
         DialogDriver driver;
@@ -404,7 +436,7 @@ private Q_SLOTS:
         DialogDriver driver;
         driver.expect(QStringLiteral("save-changes")).withButtons(QMessageBox::NoButton);
         SaveChanges dialog;
-        dialog.addButton(QMessageBox::Help);
+        dialog.addButton(QMessageBox::RestoreDefaults);
         dialog.setDetailedText(QStringLiteral("harbour.svg"));
         dialog.exec();
     }
@@ -970,7 +1002,8 @@ private Q_SLOTS:
     void preprocessorNotAdded()
     {
         StateGuard guard;
-        guard.addPreprocessor(QStringLiteral("mine"), {});
+        const bool isAdded = guard.addPreprocessor(QStringLiteral("mine"), {});
+        QVERIFY(!isAdded);
     }
 
 private:

@@ -1,6 +1,7 @@
 #include "TemplateTestCase.h"
 
 #include <QuilletTesting/DialogDriver.h>
+#include <QuilletTesting/Labels.h>
 
 #include <Quillet/MessageDialog.h>
 
@@ -23,6 +24,8 @@ using Quillet::MessageDialogTemplate;
 using Quillet::Testing::DialogDriver;
 using Quillet::Testing::DialogExpectation;
 using Quillet::Testing::DialogRecord;
+using Quillet::Testing::labelOf;
+using Quillet::Testing::SourceLocation;
 
 namespace {
 
@@ -88,6 +91,7 @@ void execBoxCalled(const QString& id)
 
 Q_DECLARE_METATYPE(Instruct)
 Q_DECLARE_METATYPE(Show)
+Q_DECLARE_METATYPE(QMessageBox::ButtonRole)
 
 /// What a driver does where nothing fails; tst_DialogDriverFailures is for the rest.
 class TestDialogDriver : public TemplateTestCase
@@ -532,6 +536,34 @@ private Q_SLOTS:
         QTRY_COMPARE(clicked, QStringLiteral("Save"));
     }
 
+    void escapeFollowsCodeThatLeavesTheBoxOpen()
+    {
+        DialogDriver driver;
+        driver.expect(identifier()).run([](QMessageBox&) {});
+        QCOMPARE(execDialog(), QStringLiteral("Cancel"));
+        QVERIFY(driver.verify());
+    }
+
+    void eachStepHasTheTimeOutForItself()
+    {
+        DialogDriver driver;
+        driver.setTimeout(1000);
+        const auto work = [](QMessageBox&) { QTest::qWait(400); };
+        driver.expect(identifier()).run(work).run(work).run(work).run(work).click(QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Save"));
+    }
+
+    void eachBoxHasTheTimeOutForItselfWhileTheTestWaits()
+    {
+        DialogDriver driver;
+        driver.setTimeout(1000);
+        driver.expect(identifier()).times(4);
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [] { execBoxCalled(identifier()); });
+        timer.start(400);
+        QVERIFY(driver.wait());
+    }
+
     void aModelessBoxIsAnsweredWhileAnotherIsBusy()
     {
         DialogDriver driver;
@@ -593,6 +625,17 @@ private Q_SLOTS:
         QVERIFY(driver.wait());
         QVERIFY(dialog.isVisible());
         QCOMPARE(driver.identifiers(), QStringList());
+    }
+
+    void aModelessDialogOfAnotherKindHasNoTimeOut()
+    {
+        DialogDriver driver;
+        driver.setTimeout(20);
+        QInputDialog dialog;
+        dialog.setModal(false);
+        dialog.show();
+        QTest::qWait(200);
+        QVERIFY(dialog.isVisible());
     }
 
     void aBoxThatIsNoWindowIsLeftAlone()
@@ -744,7 +787,7 @@ private Q_SLOTS:
         driver.expect(QStringLiteral("not at all")).times(0);
         QCOMPARE(execDialog(), QStringLiteral("Discard"));
         QCOMPARE(execDialog(), QStringLiteral("Discard"));
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 20; ++i)
             execBoxCalled(QStringLiteral("often"));
         QVERIFY(driver.verify());
     }
@@ -1037,7 +1080,7 @@ private Q_SLOTS:
             .withText(QStringLiteral("Save the changes?"))
             .withInformativeText(QString())
             .withIcon(QMessageBox::Question)
-            .withButtons({QStringLiteral("Cancel"), QStringLiteral("Discard"), QStringLiteral("Save")})
+            .withButtons({QStringLiteral("Save"), QStringLiteral("Cancel"), QStringLiteral("Discard")})
             .withDefaultButton(QStringLiteral("Save"))
             .withPrimaryButton(QStringLiteral("Save"))
             .click(QStringLiteral("Save"));
@@ -1159,6 +1202,16 @@ private Q_SLOTS:
         QCOMPARE(record.screenshot, QString());
     }
 
+    void aRecordKeepsTheButtonThatHasClosedItsBox()
+    {
+        DialogDriver driver;
+        driver.expect(QString()).click(QMessageBox::No);
+        QMessageBox box(QMessageBox::NoIcon, {}, {}, QMessageBox::Yes | QMessageBox::No);
+        box.exec();
+        box.button(QMessageBox::Yes)->click();
+        QCOMPARE(driver.records().constFirst().clickedButton, labelOf(box.button(QMessageBox::No)));
+    }
+
     void aRecordTellsOfCheckBoxDetailsAndStandardButtons()
     {
         DialogDriver driver;
@@ -1244,7 +1297,51 @@ private Q_SLOTS:
         }
     }
 
+    void eachRoleHasItsName_data()
+    {
+        QTest::addColumn<QMessageBox::ButtonRole>("role");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("accept") << QMessageBox::AcceptRole << QStringLiteral("AcceptRole");
+        QTest::newRow("reject") << QMessageBox::RejectRole << QStringLiteral("RejectRole");
+        QTest::newRow("destructive") << QMessageBox::DestructiveRole << QStringLiteral("DestructiveRole");
+        QTest::newRow("action") << QMessageBox::ActionRole << QStringLiteral("ActionRole");
+        QTest::newRow("help") << QMessageBox::HelpRole << QStringLiteral("HelpRole");
+        QTest::newRow("yes") << QMessageBox::YesRole << QStringLiteral("YesRole");
+        QTest::newRow("no") << QMessageBox::NoRole << QStringLiteral("NoRole");
+        QTest::newRow("reset") << QMessageBox::ResetRole << QStringLiteral("ResetRole");
+        QTest::newRow("apply") << QMessageBox::ApplyRole << QStringLiteral("ApplyRole");
+    }
+
+    void eachRoleHasItsName()
+    {
+        QFETCH(const QMessageBox::ButtonRole, role);
+        QTEST(Quillet::Testing::nameOf(role), "name");
+    }
+
     // The driver
+
+    void anExpectationLivesAsLongAsItsDriver()
+    {
+        DialogDriver driver;
+        auto& expectation = driver.expect(identifier()).anyTimes();
+        QVERIFY(driver.verify());
+        expectation.withTitle(QStringLiteral("title")).times(2); // it is expected no more
+        QVERIFY(driver.verify());
+    }
+
+    void aFailureGoesToTheHandlerThatIsSet()
+    {
+        QStringList failures;
+        const auto handle = [&](const QString& message, const SourceLocation& where) {
+            failures.append(QStringLiteral("%1 %2").arg(message).arg(where.line));
+        };
+        QVERIFY(!Quillet::Testing::setFailureHandler(handle));
+        Quillet::Testing::reportFailure(QStringLiteral("message"), {"file", 7});
+        const auto before = Quillet::Testing::setFailureHandler({});
+        QCOMPARE(failures, QStringList(QStringLiteral("message 7")));
+        before(QStringLiteral("another"), {"file", 8});
+        QCOMPARE(failures.size(), 2);
+    }
 
     void onlyTheTimeOutOfTheDriverMadeLastEndsADialog()
     {

@@ -120,6 +120,7 @@ private Q_SLOTS:
                                      "openWithAnotherText",
                                      "openWithTooSmallAWindow",
                                      "openWithoutBeingActive",
+                                     "screenshotsOfWhatHangs",
                                      "severalScreenshots",
                                      "unexpectedAndWaitedForUnderAWindow",
                                      "verifiedOnlyOnce"}) {
@@ -172,6 +173,7 @@ private Q_SLOTS:
                               QStringLiteral("  text: \"text\""),
                               QStringLiteral("  icon: NoIcon"),
                               QStringLiteral("  buttons: \"OK\"")})));
+        add("unexpectedAndDeafToEscape", unexpected(description()));
         add("unexpectedAndGoneAtOnce", unexpected(description()));
         add("unexpectedAtTheEnd", unexpected(description()));
         add("unexpectedAndDestroyed", unexpected(description()));
@@ -214,7 +216,7 @@ private Q_SLOTS:
             differs({QStringLiteral("  text: \"Save the changes?\" where \"Save?\" was expected")}));
         add("noStandardButtonsExpected",
             differs({QStringLiteral(
-                "  buttons: Help and custom ones \"Save\", \"Cancel\" where none was expected")}));
+                "  buttons: RestoreDefaults and custom ones \"Save\", \"Cancel\" where none was expected")}));
         add("differsAndGoneAtOnce",
             differs({QStringLiteral("  title: \"Unsaved changes\" where \"Changes\" was expected")}));
         add("plainBoxDiffers",
@@ -394,6 +396,13 @@ private Q_SLOTS:
             {lines({QStringLiteral("The dialog \"save-changes\" differs from what was expected:"),
                     QStringLiteral("  title: \"Unsaved changes\" where \"Changes\" was expected")}),
              stillOpen(QStringLiteral("save-changes"))});
+        QTest::newRow("noneOfTwoFits") << QStringList(
+            {lines({QStringLiteral("The dialog \"save-changes\" differs from what was expected:"),
+                    QStringLiteral("  text: \"Save the changes?\" where \"Save?\" was expected")}),
+             lines({QStringLiteral("The expected dialog \"save-changes\" titled \"Changes\" has not come."),
+                    QStringLiteral("What has come:"),
+                    QStringLiteral("  dialog \"save-changes\", titled \"Unsaved changes\", text \"Save the "
+                                   "changes?\", buttons \"Save\", \"Cancel\": expected (line N)")})});
         QTest::newRow("unexpectedTwice") << QStringList(
             {unexpected(description()), QStringLiteral("The same unexpected dialog has come again.")});
         QTest::newRow("openedByTheEndOfAnother")
@@ -418,6 +427,24 @@ private Q_SLOTS:
         const QString last = outcome.failures.constLast();
         QVERIFY2(last.startsWith(QLatin1String("Nothing has happened")), qPrintable(last));
         QVERIFY2(last.endsWith(QLatin1String("/a_b_c-2.png")), qPrintable(last));
+    }
+
+    void whatHangsHasItsScreenshot()
+    {
+        const Outcome outcome = run(QStringLiteral("screenshotsOfWhatHangs"));
+        QCOMPARE(outcome.failures.size(), 2);
+        QVERIFY2(outcome.failures.constFirst().endsWith(QLatin1String("/save-changes-1.png")),
+                 qPrintable(outcome.output));
+        QVERIFY2(outcome.failures.constLast().endsWith(QLatin1String("/QInputDialog-1.png")),
+                 qPrintable(outcome.output));
+    }
+
+    void aScreenshotThatCannotBeWrittenIsWarnedOf()
+    {
+        const Outcome outcome = run(QStringLiteral("screenshotThatCannotBeWritten"));
+        QVERIFY2(outcome.output.contains(QRegularExpression(
+                     QStringLiteral("The screenshot .*/save-changes-1.png cannot be written."))),
+                 qPrintable(outcome.output));
     }
 
     void aFailureNamesTheScreenshot()

@@ -189,6 +189,31 @@ private Q_SLOTS:
         QVERIFY(MessageDialogTemplatePreprocessors::remove(QStringLiteral("mine")));
     }
 
+    void anEntryThatStaysKeepsItsPlace()
+    {
+        MessageDialogTemplate::registerTemplate(templateCalled("a", "1"));
+        const auto& entry = MessageDialogTemplate::getRegisteredTemplates().at(QStringLiteral("a"));
+        {
+            const StateGuard guard;
+            MessageDialogTemplate::registerTemplate(templateCalled("a", "2"));
+        }
+        QCOMPARE(&MessageDialogTemplate::getRegisteredTemplates().at(QStringLiteral("a")), &entry);
+        QCOMPARE(entry.title, QStringLiteral("1"));
+    }
+
+    void whatAGuardRestoresIsNotLogged()
+    {
+        MessageDialogTemplate::registerTemplate(templateCalled("a", "1"));
+        LogCapture log;
+        {
+            const StateGuard guard;
+            MessageDialogTemplate::registerTemplate(templateCalled("b", "2"));
+            log.clear();
+        }
+        QCOMPARE(log.texts(), QStringList());
+        QCOMPARE(registry(), QStringList(QStringLiteral("a=1")));
+    }
+
     void guardsNest()
     {
         MessageDialogTemplate::registerTemplate(templateCalled("a", "before"));
