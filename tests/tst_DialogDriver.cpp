@@ -564,6 +564,19 @@ private Q_SLOTS:
         QVERIFY(driver.wait());
     }
 
+    void eachNoticeHasTheTimeOutForItself()
+    {
+        DialogDriver driver;
+        driver.setTimeout(1000);
+        driver.expect(QString()).times(4).waitUntilClosed();
+        QMessageBox notice;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, &notice, [&] { notice.setVisible(!notice.isVisible()); });
+        timer.start(300);
+        QVERIFY(driver.wait());
+        timer.stop();
+    }
+
     void aModelessBoxIsAnsweredWhileAnotherIsBusy()
     {
         DialogDriver driver;
