@@ -70,12 +70,16 @@ void describe(const QMessageBox& box, DialogRecord& record)
     record.primaryButton = labelOf(dialog ? dialog->getPrimaryButton() : nullptr);
 }
 
-bool isOnScreen(const QMessageBox& box)
+QString obstacleOf(const QMessageBox& box)
 {
-    // A window manager takes its time to expose a window, and once more to give it the size that it has asked
-    // for when its first show has given it its look. Under a fractional scale factor that size is rounded.
+    if (!box.windowHandle()->isExposed())
+        return QStringLiteral(", its window not exposed");
+    // A window manager takes its time to give a window the size that it has asked for when its first show has
+    // given it its look. Under a fractional scale factor that size is rounded.
     const QSize size = box.size() + QSize(1, 1);
-    return box.windowHandle()->isExposed() && size == size.expandedTo(box.minimumSize());
+    return size == size.expandedTo(box.minimumSize())
+               ? QString()
+               : QStringLiteral(", its window smaller than its contents");
 }
 
 QString blockerOf(const QDialog& dialog)
@@ -147,7 +151,7 @@ QString saveScreenshot(QWidget& widget, const QString& directory, const QString&
     QString file;
     int number = 0;
     do {
-        file = QStringLiteral("%1/%2-%3.png").arg(directory, base).arg(++number);
+        file = QStringLiteral("%1/%2-%3.png").arg(directory, base, QString::number(++number));
     } while (QFile::exists(file));
     if (widget.grab().save(file))
         return file;

@@ -13,8 +13,8 @@ namespace Quillet::Testing {
 /// Writes down what the box is at this moment.
 void describe(const QMessageBox& box, DialogRecord& record);
 
-/// Whether the box is where a user can see and reach all of it.
-bool isOnScreen(const QMessageBox& box);
+/// What the window system has not done for the box yet, as the end of a sentence; empty if nothing.
+QString obstacleOf(const QMessageBox& box);
 
 /// The modal dialog that keeps a user from \a dialog, which is known to be blocked, as the end of a sentence.
 QString blockerOf(const QDialog& dialog);

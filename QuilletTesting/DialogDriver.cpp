@@ -9,7 +9,6 @@
 #include <QtGui/QWindow>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QPushButton>
 
 #include <algorithm>
 #include <functional>
@@ -204,7 +203,8 @@ public:
 
     /// The expectation that a box meets: of those that fit the one that says most about it, rather one that
     /// is owed than one that may or may not be met, and the first of those that are left. Where none fits,
-    /// the first one of the identifier. Null where there is none, and where the box must not come at all.
+    /// likewise among those of the identifier, but for boxes without one. Null where there is none, and where
+    /// the box must not come at all.
     ExpectationData* findExpectation(const DialogRecord& record) const
     {
         if (findForbidding(record))
@@ -215,7 +215,7 @@ public:
         for (const auto& each : expectations) {
             ExpectationData& data = *each->d;
             const bool isFit = data.fits(record);
-            if (data.identifier != record.identifier || data.come == data.most
+            if (data.identifier != record.identifier || data.come >= data.most
                 || (data.identifier.isEmpty() && !isFit))
                 continue;
             const Rank rank(isFit, isFit ? data.features.size() : 0, data.isOwed());
@@ -258,18 +258,24 @@ public:
         // What is due first: it may open a box that nobody expects.
         QCoreApplication::processEvents();
         if (self) {
-            m_isWaiting = true;
+            ++m_waits;
             noteProgress();
         }
         while (!QTest::qWaitFor(isOver, 1000)) {
         }
         if (self)
-            m_isWaiting = false;
+            --m_waits;
         return isDone;
     }
 
     bool verify()
     {
+        forgetClosed();
+        const auto open = m_showings;
+        for (const auto& each : open) {
+            if (each->isPendingBox())
+                look(*each);
+        }
         QString instead = QStringLiteral("No dialog has come.");
         if (!records.isEmpty()) {
             QStringList seen;
@@ -322,7 +328,8 @@ public:
     void setTimeout(int msecs)
     {
         timeout = msecs;
-        m_ticker.start(std::max(msecs / ticks_of_timeout, 1));
+        m_idleTicks = 0;
+        m_ticker.start((msecs - 1) / ticks_of_timeout + 1);
     }
 
     const SourceLocation where;
@@ -339,7 +346,11 @@ private:
     }
 
     /// Something has happened: the time-out begins anew.
-    void noteProgress() { m_idleTicks = 0; }
+    static void noteProgress()
+    {
+        for (DialogDriverPrivate* each : qAsConst(drivers()))
+            each->m_idleTicks = 0;
+    }
 
     /// The same for what happens to a dialog. One of another kind that comes and goes over a box does not
     /// help the box on.
@@ -351,7 +362,7 @@ private:
 
     void tick()
     {
-        if (drivers().constLast() != this && !m_isWaiting) {
+        if (drivers().constLast() != this && m_waits == 0) {
             m_idleTicks = 0;
             return;
         }
@@ -364,12 +375,12 @@ private:
             if (!dialog || !dialog->isVisible() || !dialog->isModal())
                 continue;
             const DialogDriverPrivate* const owner = ownerOf(*dialog);
-            if (!owner)
+            if (!owner && drivers().constLast() == this)
                 open(*dialog);
             else if (owner != this)
                 isAnyOfOthers = true;
         }
-        if (!m_isWaiting && !isAnyOfOthers && !findLast(&Showing::isPending))
+        if (m_waits == 0 && !isAnyOfOthers && !findLast(&Showing::isPending))
             m_idleTicks = 0;
         else if (++m_idleTicks == ticks_of_timeout)
             endWhatHangs();
@@ -458,10 +469,14 @@ private:
         look(showing);
         if (!showing.expectation)
             return;
-        const auto step = showing.step();
+        auto step = showing.step();
+        while (step && !step->perform) { // it has been waited for
+            ++showing.nextStep;
+            step = showing.step();
+        }
         const bool isGiven =
             showing.nextStep < showing.expectation->steps.size(); // not the Escape after them
-        if (!step || !step->perform || (showing.isLeftToCode && !isGiven))
+        if (!step || (showing.isLeftToCode && !isGiven))
             return;
         const QString advice =
             QStringLiteral(" waitUntilClosed() is for boxes that their application closes.");
@@ -550,10 +565,9 @@ private:
     bool perform(Showing& showing, const Step& step)
     {
         QMessageBox& box = *showing.box();
-        if (!isOnScreen(box)) {
-            showing.obstacle = QStringLiteral(", not completely on the screen");
+        showing.obstacle = obstacleOf(box);
+        if (!showing.obstacle.isEmpty())
             return false;
-        }
         if (const QWidget* popup = popupOver(box)) {
             showing.obstacle =
                 QStringLiteral(", behind a ") + QString::fromLatin1(popup->metaObject()->className());
@@ -619,6 +633,8 @@ private:
 
     void giveUp(Showing& showing)
     {
+        if (!showing.isOpen)
+            return;                                     // and what has come again is another show
         const QPointer<DialogDriverPrivate> self(this); // the box's own code may end the driver
         showing.isGivenUp = true;
         showing.isBusy = true;
@@ -672,19 +688,22 @@ private:
             hanging = findLast(&Showing::isPending);
         }
         if (hanging)
-            owner->end(*hanging);
+            owner->end(*hanging, timeout);
         else
             ++m_timeOuts; // wait() waits for what does not come
     }
 
-    void end(Showing& hanging)
+    void end(Showing& hanging, int idleTime)
     {
-        if (++m_timeOuts == most_timeouts) { // GCOVR_EXCL_BR_LINE ends what counts, too
-            qFatal("%d time-outs: the code seems to ask until it gets another answer.", most_timeouts);
+        if (++m_timeOuts >= most_timeouts) { // GCOVR_EXCL_BR_LINE ends what counts, too
+            qFatal("%d time-outs: the code seems to ask until it gets another answer.", m_timeOuts);
         }
-        closePopups();
-        const QString problem = QStringLiteral("Nothing has happened for %1 ms while ").arg(timeout);
-        if (!hanging.isMessageBox) {
+        const QString problem = QStringLiteral("Nothing has happened for %1 ms while ").arg(idleTime);
+        if (hanging.isMessageBox) {
+            look(hanging);
+            if (hanging.expectation)
+                reportHanging(hanging, problem);
+        } else {
             QDialog& dialog = *hanging.dialog;
             const QString screenshot = saveScreenshot(
                 dialog, screenshotDirectory, QString::fromLatin1(dialog.metaObject()->className()));
@@ -693,22 +712,25 @@ private:
                     + QStringLiteral("a %1 titled %2 was open.%3")
                           .arg(nameOf(dialog), quoted(dialog.windowTitle()), screenshotLine(screenshot)),
                 where);
-        } else {
-            look(hanging);
-            if (!hanging.expectation) {
-                giveUp(hanging);
-                return;
-            }
-            const QString state = stateOf(hanging);
-            takeScreenshot(hanging);
-            DialogRecord now = records.at(hanging.record);
-            describe(*hanging.box(), now);
-            reportFailure(problem
-                              + QStringLiteral("the %1 was open%2.%3")
-                                    .arg(nameOf(now.identifier), state, indented(now.description())),
-                          hanging.expectation->where);
         }
-        giveUp(hanging);
+        // The code behind a menu may end the dialog, or the driver.
+        const QPointer<DialogDriverPrivate> self(this);
+        hanging.isGivenUp = true;
+        closePopups();
+        if (self)
+            giveUp(hanging);
+    }
+
+    void reportHanging(const Showing& showing, const QString& problem)
+    {
+        const QString state = stateOf(showing);
+        takeScreenshot(showing);
+        DialogRecord now = records.at(showing.record);
+        describe(*showing.box(), now);
+        reportFailure(problem
+                          + QStringLiteral("the %1 was open%2.%3")
+                                .arg(nameOf(now.identifier), state, indented(now.description())),
+                      showing.expectation->where);
     }
 
     /// Whether a modal dialog keeps a user from the box. Qt drops what mouse and keyboard do to it then.
@@ -747,7 +769,7 @@ private:
     QTimer m_ticker;
     QTimer m_activation; // active while a window that was asked to become active may do so
     int m_idleTicks = 0; // since something has happened
-    bool m_isWaiting = false;
+    int m_waits = 0;     // calls of wait(), one inside the other
     QVector<const ExpectationData*> m_expectationsOfRecords; // null: unexpected
     int m_timeOuts = 0;
     int m_unexpectedBoxes = 0;

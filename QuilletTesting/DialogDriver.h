@@ -24,8 +24,9 @@ class DialogDriverPrivate;
 ///   answered as the DialogExpectation says. Boxes may come in any order, and while others are open. Of
 ///   several expectations with one identifier that one is met whose title and text are those of the box and
 ///   which says most of these; then rather one that is owed than one for anyTimes(); then the first. Where
-///   title or text are those of none, the first is met all the same, and fails; only a box without identifier
-///   is unexpected then. A fitting expectation with times(0) makes the box unexpected in any case.
+///   title or text are those of none, the first that is owed, or else the first, is met all the same, and
+///   fails; only a box without identifier is unexpected then. A fitting expectation with times(0) makes the
+///   box unexpected in any case.
 /// - **An unexpected box** makes the test fail with a message that describes it, and is dismissed: by Escape
 ///   or by closing its window, which presses its escape button; by QDialog::done() where it has none. The
 ///   hundredth ends the process: the code seems to ask until it gets another answer.
@@ -33,10 +34,10 @@ class DialogDriverPrivate;
 ///   when verify() is called or the driver is destroyed.
 /// - **Nothing hangs.** When nothing has happened for the time-out while a box is open, or a modal dialog
 ///   that is no message box, the test fails, menus are closed, and that box or dialog is. What happens is
-///   that a box comes or closes, or a step of its answer; time in which the event loop stands still does not
-///   count. The time-out ends nothing else, and nothing that goes well waits for it. The twentieth ends the
-///   process. What a driver cannot end is code that blocks without an event loop, and an event loop that
-///   belongs to no dialog.
+///   that a box comes or closes, or a step of its answer; while no box is open, also that another modal
+///   dialog comes or closes. Time in which the event loop stands still does not count. The time-out ends
+///   nothing else, and nothing that goes well waits for it. The twentieth ends the process. What a driver
+///   cannot end is code that blocks without an event loop, and an event loop that belongs to no dialog.
 ///
 /// Boxes that are opened without blocking are answered as soon as events are processed: call wait(). A modal
 /// box that was open before the driver was made is answered a moment later; a modeless one is not.
@@ -47,7 +48,7 @@ class DialogDriverPrivate;
 class DialogDriver
 {
 public:
-    /// Starts to answer. What concerns no expectation fails at \a where.
+    /// Starts to answer. Failures that belong to no expectation are told at \a where.
     explicit DialogDriver(const SourceLocation& where = SourceLocation::current());
 
     /// Calls verify() and stops answering. A box that is still open fails the test and is dismissed.
@@ -86,8 +87,8 @@ public:
     /// the environment variable `QUILLET_TESTING_TIMEOUT`, until setTimeout() is called.
     int timeout() const;
 
-    /// Lets the time-out be \a msecs from the next thing that happens on. It must be more than 0; anything
-    /// else fails the test and changes nothing.
+    /// Sets the time-out to \a msecs; it begins anew. It must be more than 0; anything else fails the test
+    /// and changes nothing.
     void setTimeout(int msecs);
 
     /// Has a picture of each dialog that a failure is about saved as a PNG file in \a directory, which is

@@ -5,7 +5,6 @@
 
 #include <Quillet/MessageDialog.h>
 
-#include <QtCore/QRegularExpression>
 #include <QtWidgets/QPushButton>
 
 #include <algorithm>
@@ -55,6 +54,12 @@ Check checkOf(const char* property, QString DialogRecord::*member, const QString
     return [=](const QMessageBox&, const DialogRecord& record) {
         return differenceOf(property, quoted(record.*member), quoted(expected));
     };
+}
+
+DialogExpectation& then(DialogExpectation& expectation, ExpectationData& data, const Step& step)
+{
+    data.steps.push_back(step);
+    return expectation;
 }
 
 } // namespace
@@ -201,36 +206,39 @@ DialogExpectation& DialogExpectation::anyTimes()
 
 DialogExpectation& DialogExpectation::click(const QString& label)
 {
-    return then(clickStep(quoted(label), [=](const auto& box) { return findButton(box, label); }));
+    return then(*this, *d, clickStep(quoted(label), [=](const auto& box) { return findButton(box, label); }));
 }
 
 DialogExpectation& DialogExpectation::click(QMessageBox::StandardButton button)
 {
-    return then(clickStep(namesOf(button), [=](const auto& box) { return findButton(box, button); }));
+    return then(
+        *this, *d, clickStep(namesOf(button), [=](const auto& box) { return findButton(box, button); }));
 }
 
 DialogExpectation& DialogExpectation::click(QMessageBox::ButtonRole role)
 {
-    return then(clickStep(QStringLiteral("the button with ") + nameOf(role),
-                          [=](const auto& box) { return findButton(box, role); }));
+    return then(*this, *d, clickStep(QStringLiteral("the button with ") + nameOf(role), [=](const auto& box) {
+        return findButton(box, role);
+    }));
 }
 
 DialogExpectation& DialogExpectation::clickSlot(int slot)
 {
-    return then(clickStep(QStringLiteral("the button of slot %1").arg(slot),
-                          [=](const auto& box) { return findSlot(box, slot); }));
+    return then(*this, *d, clickStep(QStringLiteral("the button of slot %1").arg(slot), [=](const auto& box) {
+        return findSlot(box, slot);
+    }));
 }
 
 DialogExpectation& DialogExpectation::toggleCheckBox()
 {
     Step step = clickStep(QStringLiteral("the check box"), findCheckBox);
     step.isAnswer = false;
-    return then(std::move(step));
+    return then(*this, *d, step);
 }
 
 DialogExpectation& DialogExpectation::pressKey(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
-    return then(keyStep(key, modifiers));
+    return then(*this, *d, keyStep(key, modifiers));
 }
 
 DialogExpectation& DialogExpectation::pressEscape()
@@ -240,23 +248,17 @@ DialogExpectation& DialogExpectation::pressEscape()
 
 DialogExpectation& DialogExpectation::closeWindow()
 {
-    return then(closeStep());
+    return then(*this, *d, closeStep());
 }
 
 DialogExpectation& DialogExpectation::waitUntilClosed()
 {
-    return then(waitStep());
+    return then(*this, *d, waitStep());
 }
 
 DialogExpectation& DialogExpectation::run(const std::function<void(QMessageBox&)>& code)
 {
-    return then(codeStep(code));
-}
-
-DialogExpectation& DialogExpectation::then(Step step)
-{
-    d->steps.push_back(std::move(step));
-    return *this;
+    return then(*this, *d, codeStep(code));
 }
 
 } // namespace Quillet::Testing

@@ -13,7 +13,6 @@
 namespace Quillet::Testing {
 
 struct ExpectationData;
-struct Step;
 
 /// One message box that a test expects: what it must look like, and what the user does with it.
 ///
@@ -90,7 +89,7 @@ public:
     /// test.
     DialogExpectation& times(int count);
 
-    /// Expects any number of shows up to 1000, none included.
+    /// Expects from 0 to 1000 shows.
     DialogExpectation& anyTimes();
 
     // Answers
@@ -108,7 +107,8 @@ public:
     ///
     /// A dialog does not know the slots of its template. So the template is looked up in the registry, under
     /// the dialog's identifier, and adjusted by the preprocessors that are there at that moment, which run
-    /// once more for it; then the button is the one with the slot's text and role.
+    /// again each time the driver looks whether the button can be clicked; then the button is the one with
+    /// the slot's text and role.
     DialogExpectation& clickSlot(int slot);
 
     /// Clicks the check box, in the middle of its indicator. That does not close the dialog: another answer,
@@ -126,7 +126,7 @@ public:
     DialogExpectation& closeWindow();
 
     /// Does nothing with the box: whoever has opened it closes it, as soon as may be. If it stays, the
-    /// time-out ends it.
+    /// time-out ends it. It is the last answer: what follows it is not done, and fails.
     DialogExpectation& waitUntilClosed();
 
     /// Runs \a code with the box: for checks of one's own, and for what is no user's doing, such as
@@ -138,7 +138,6 @@ private:
     friend class DialogDriver;
     friend class DialogDriverPrivate;
     DialogExpectation(const QString& identifier, const SourceLocation& where);
-    DialogExpectation& then(Step step);
 
     std::unique_ptr<ExpectationData> d;
 };

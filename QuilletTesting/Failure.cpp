@@ -25,7 +25,7 @@ FailureHandler setFailureHandler(const FailureHandler& handler)
 
 void reportFailure(const QString& message, const SourceLocation& where)
 {
-    if (const FailureHandler& handler = currentHandler())
+    if (const FailureHandler handler = currentHandler()) // a copy: it may replace itself
         handler(message, where);
     else if (QTest::currentTestFunction()) // GCOVR_EXCL_BR_LINE the other way ends what counts, too
         QTest::qFail(message.toUtf8().constData(), where.file, where.line);

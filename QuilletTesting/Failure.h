@@ -23,7 +23,14 @@ struct SourceLocation
 
     /// The line that calls this function or, where this is a default argument, the function that has it.
     /// Give it to what std::make_unique() makes: otherwise that function's own line is the one.
-#if defined(__GNUC__) || (defined(_MSC_VER) && _MSC_VER >= 1926)
+#if defined(__has_builtin)
+#    if __has_builtin(__builtin_LINE)
+#        define QUILLET_TESTING_KNOWS_LINES
+#    endif
+#elif defined(__GNUC__) || (defined(_MSC_VER) && _MSC_VER >= 1926)
+#    define QUILLET_TESTING_KNOWS_LINES
+#endif
+#ifdef QUILLET_TESTING_KNOWS_LINES
     static SourceLocation current(const char* file = __builtin_FILE(), int line = __builtin_LINE())
     {
         return {file, line};

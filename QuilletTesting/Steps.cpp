@@ -75,7 +75,8 @@ void pressAndRelease(const QPointer<QWindow>& window, Qt::Key key, Qt::KeyboardM
     const auto isThere = [&] { return window && window->isVisible(); };
     const auto send = [&](bool isPress, Qt::Key code, Qt::KeyboardModifiers held) {
         const char ascii = QTest::keyToAscii(code);
-        const QString text = ascii ? QString(QLatin1Char(ascii)) : QString();
+        const QString plain = ascii ? QString(QLatin1Char(ascii)) : QString();
+        const QString text = held & Qt::ShiftModifier ? plain.toUpper() : plain;
         qt_handleKeyEvent(isThere() ? window.data() : &elsewhere,
                           isPress ? QEvent::KeyPress : QEvent::KeyRelease,
                           code,
@@ -149,11 +150,11 @@ Step waitStep()
 Step codeStep(const std::function<void(QMessageBox&)>& code)
 {
     // An exception must not go on from here, into an event loop of Qt.
-    Step step{QStringLiteral("a call of the test's code"), [=](QMessageBox& box, const Target&) {
+    Step step{QStringLiteral("a call of the test's code"), [=](QMessageBox& box, const Target&) -> QString {
                   const QString problem = QStringLiteral("is given up, since the test's code has thrown ");
                   try {
                       code(box);
-                      return QString();
+                      return {};
                   } catch (const std::exception& exception) {
                       return problem + quoted(QString::fromLocal8Bit(exception.what()));
                   } catch (...) {

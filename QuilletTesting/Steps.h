@@ -24,7 +24,7 @@ using FindTarget = std::function<Target(const QMessageBox&)>;
 /// One thing that a user, or the test, does with a box.
 struct Step
 {
-    /// As the end of a sentence about what has not been done.
+    /// What it is, to follow "before", "during" or "after" in a message.
     QString name;
 
     /// Does it. Returns why it could not be done, as the end of a sentence about the box. Empty for a step

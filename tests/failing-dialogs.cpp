@@ -207,6 +207,24 @@ private Q_SLOTS:
         QVERIFY(!dialog.isVisible());
     }
 
+    void unexpectedAndHiddenUnseen()
+    {
+        struct Swallower : QObject
+        {
+            bool eventFilter(QObject* watched, QEvent* event) override
+            {
+                return event->type() == QEvent::Hide && watched->inherits("QDialog");
+            }
+        } swallower;
+        DialogDriver driver;
+        SaveChanges dialog;
+        dialog.show();
+        qApp->installEventFilter(&swallower);
+        dialog.hide();
+        QVERIFY(driver.wait());
+        qApp->removeEventFilter(&swallower);
+    }
+
     void unexpectedAndGoneAtOnce()
     {
         const DialogDriver driver;
@@ -618,6 +636,18 @@ private Q_SLOTS:
         dialog.hide();
     }
 
+    void closedBeforeWhatFollowsWaiting()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes"))
+            .waitUntilClosed()
+            .waitUntilClosed()
+            .click(QStringLiteral("Save"));
+        SaveChanges dialog;
+        dialog.show();
+        dialog.hide();
+    }
+
     void closedBeforeItsAnswer()
     {
         DialogDriver driver;
@@ -647,6 +677,31 @@ private Q_SLOTS:
         SaveChanges dialog;
         dialog.exec();
         QCOMPARE(dialog.clickedButton(), dialog.cancel);
+    }
+
+    void throwingAfterItHasComeAgain()
+    {
+        DialogDriver driver;
+        driver.expect(QStringLiteral("save-changes")).run([](QMessageBox& box) {
+            box.hide();
+            box.show();
+            throw std::runtime_error("no such file");
+        });
+        driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
+        SaveChanges dialog;
+        dialog.open();
+        QVERIFY(driver.wait());
+        QCOMPARE(dialog.clickedButton(), dialog.save);
+    }
+
+    void screenshotInAStrangeDirectory()
+    {
+        const QTemporaryDir directory;
+        DialogDriver driver;
+        driver.setScreenshotDirectory(directory.filePath(QStringLiteral("a%1b")));
+        SaveChanges().exec();
+        QVERIFY(QFile::exists(directory.filePath(QStringLiteral("a%1b/save-changes-1.png"))));
+        qInfo().noquote() << "The files are there";
     }
 
     void throwingAfterItsEnd()
@@ -807,6 +862,47 @@ private Q_SLOTS:
         menu.addAction(QStringLiteral("Copy"));
         openForEver([&](QMessageBox& box) { menu.popup(box.pos()); });
         QVERIFY(!menu.isVisible());
+    }
+
+    void openAsAPopup()
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
+        SaveChanges dialog;
+        dialog.setWindowFlags(Qt::Popup);
+        dialog.save->setEnabled(false);
+        dialog.exec();
+    }
+
+    void openUnderAMenuThatEndsIt()
+    {
+        DialogDriver driver;
+        driver.setTimeout(timeout);
+        driver.expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
+        QMenu menu;
+        menu.addAction(QStringLiteral("Copy"));
+        QPointer<SaveChanges> dialog(new SaveChanges);
+        connect(&menu, &QMenu::aboutToHide, &menu, [&] { delete dialog; });
+        dialog->open();
+        menu.popup(dialog->pos());
+        QVERIFY(!driver.wait());
+        QVERIFY(!dialog);
+    }
+
+    void openUnderAMenuThatEndsTheDriver()
+    {
+        auto driver = std::make_unique<DialogDriver>(SourceLocation::current());
+        driver->setTimeout(timeout);
+        driver->expect(QStringLiteral("save-changes")).click(QStringLiteral("Save"));
+        QMenu menu;
+        menu.addAction(QStringLiteral("Copy"));
+        connect(&menu, &QMenu::aboutToHide, &menu, [&] { driver.reset(); });
+        SaveChanges dialog;
+        dialog.open();
+        menu.popup(dialog.pos());
+        QVERIFY(!driver->wait());
+        QVERIFY(!driver);
     }
 
     void openBehindAStubbornPopup()
@@ -1034,6 +1130,18 @@ private:
 
 private Q_SLOTS:
     // These end the process.
+
+    void endingForEver()
+    {
+        DialogDriver driver;
+        driver.setTimeout(20);
+        driver.expect(QStringLiteral("never"));
+        QInputDialog dialog;
+        for (int i = 0; i < 19; ++i)
+            dialog.exec();
+        driver.wait();
+        dialog.exec();
+    }
 
     void askingForEverByAnotherKind()
     {

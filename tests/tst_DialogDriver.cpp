@@ -269,17 +269,22 @@ private Q_SLOTS:
             }
         } recorder;
         DialogDriver driver;
-        driver.expect(QString()).pressKey(Qt::Key_J, Qt::ControlModifier | Qt::MetaModifier).pressEscape();
+        driver.expect(QString())
+            .pressKey(Qt::Key_J, Qt::ControlModifier | Qt::MetaModifier)
+            .pressKey(Qt::Key_J, Qt::ShiftModifier)
+            .pressEscape();
         qApp->installEventFilter(&recorder);
         QMessageBox().exec();
-        recorder.keys = recorder.keys.mid(0, 6);
+        recorder.keys = recorder.keys.mid(0, 8);
         QCOMPARE(recorder.keys,
                  QStringList({QStringLiteral("press 1000021 4000000 "),
                               QStringLiteral("press 1000022 14000000 "),
                               QStringLiteral("press 4a 14000000 j"),
                               QStringLiteral("release 4a 14000000 j"),
                               QStringLiteral("release 1000022 14000000 "),
-                              QStringLiteral("release 1000021 4000000 ")}));
+                              QStringLiteral("release 1000021 4000000 "),
+                              QStringLiteral("press 1000020 2000000 "),
+                              QStringLiteral("press 4a 2000000 J")}));
     }
 
     void aBoxMayVanishAtTheFirstKeyOfSeveral()
@@ -393,6 +398,7 @@ private Q_SLOTS:
         addButtons(dialog);
         dialog.open();
         QThread::msleep(250);
+        QCoreApplication::processEvents();
         driver.setTimeout(5000); // as the answer itself may take its time
         QVERIFY(driver.wait());
         QCOMPARE(clickedButtonOf(dialog), QStringLiteral("Save"));
@@ -911,26 +917,108 @@ private Q_SLOTS:
         QCOMPARE(execDialog(), QStringLiteral("Save"));
     }
 
-    void aModalBoxThatWasOpenBeforeTheDriverIsAnswered_data()
+    void aModalBoxThatWasOpenBeforeTheDriverIsAnsweredAndAModelessOneIsNot()
     {
-        QTest::addColumn<bool>("isModal");
-        QTest::newRow("modal") << true;
-        QTest::newRow("modeless") << false;
+        QMessageBox modeless;
+        modeless.setObjectName(QStringLiteral("modeless"));
+        modeless.setModal(false);
+        modeless.show();
+        MessageDialog modal;
+        modal.setId(identifier());
+        addButtons(modal);
+        modal.show();
+        DialogDriver driver;
+        driver.setTimeout(1000);
+        driver.expect(identifier()).click(QStringLiteral("Save"));
+        driver.expect(QStringLiteral("modeless")).times(0);
+        QVERIFY(driver.wait());
+        QCOMPARE(clickedButtonOf(modal), QStringLiteral("Save"));
+        QVERIFY(modeless.isVisible());
     }
 
-    void aModalBoxThatWasOpenBeforeTheDriverIsAnswered()
+    void aDriverThatWaitsLeavesBoxesToALaterOne()
     {
-        QFETCH(const bool, isModal);
+        MessageDialog modal;
+        modal.setId(identifier());
+        addButtons(modal);
+        modal.show();
+        DialogDriver first;
+        first.setTimeout(300);
+        first.expect(QStringLiteral("never")).anyTimes();
+        auto& owed = first.expect(QStringLiteral("at all"));
+        DialogDriver second;
+        second.expect(identifier())
+            .run([](QMessageBox&) { QTest::qWait(200); })
+            .click(QStringLiteral("Save"));
+        QVERIFY(!first.wait());
+        QVERIFY(second.wait());
+        QCOMPARE(clickedButtonOf(modal), QStringLiteral("Save"));
+        owed.times(0);
+    }
+
+    void aWaitInsideAnotherLeavesItItsTimeOut()
+    {
+        DialogDriver driver;
+        driver.setTimeout(100);
+        DialogExpectation* never = nullptr;
+        driver.expect(identifier()).run([&](QMessageBox& box) {
+            box.done(0);
+            QVERIFY(driver.wait());
+            never = &driver.expect(QStringLiteral("never"));
+        });
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        dialog.open();
+        QVERIFY(!driver.wait());
+        never->times(0);
+    }
+
+    void aNewTimeOutBeginsAnew()
+    {
+        DialogDriver driver;
+        driver.setTimeout(1000);
+        driver.expect(QString()).waitUntilClosed();
+        QMessageBox notice;
+        notice.open();
+        QTimer::singleShot(800, &notice, [&] { driver.setTimeout(1000); });
+        QTimer::singleShot(1500, &notice, &QWidget::hide);
+        QVERIFY(driver.wait());
+    }
+
+    void aBoxThatIsOpenHasComeWhenTheTestVerifies()
+    {
+        DialogDriver driver;
+        driver.expect(identifier()).click(QStringLiteral("Save"));
         MessageDialog dialog;
         dialog.setId(identifier());
         addButtons(dialog);
-        dialog.setModal(isModal);
-        dialog.show();
-        DialogDriver driver;
-        driver.setTimeout(1000);
-        driver.expect(identifier()).times(isModal).click(QStringLiteral("Save"));
+        dialog.open();
+        QVERIFY(driver.verify());
         QVERIFY(driver.wait());
-        QCOMPARE(clickedButtonOf(dialog), isModal ? QStringLiteral("Save") : QString());
+        QCOMPARE(clickedButtonOf(dialog), QStringLiteral("Save"));
+    }
+
+    void anExpectationIsMetNoMoreThanItSaysInTheEnd()
+    {
+        DialogDriver driver;
+        auto& expectation = driver.expect(identifier()).anyTimes().click(QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Save"));
+        QCOMPARE(execDialog(), QStringLiteral("Save"));
+        expectation.times(1);
+        driver.expect(identifier()).click(QStringLiteral("Discard"));
+        QCOMPARE(execDialog(), QStringLiteral("Discard"));
+    }
+
+    void aFailureHandlerMayReplaceItself()
+    {
+        QStringList failures;
+        const auto before = Quillet::Testing::setFailureHandler([&](const QString& message, const auto&) {
+            Quillet::Testing::setFailureHandler({});
+            failures.append(message);
+        });
+        Quillet::Testing::reportFailure(QStringLiteral("message"));
+        QCOMPARE(failures, QStringList(QStringLiteral("message")));
+        QVERIFY(!before);
     }
 
     void aDriverMayWaitWhileALaterOneLives()

@@ -109,11 +109,15 @@ private Q_SLOTS:
                                      "modelessAndOpenAfterItsAnswer",
                                      "openAfterEscape",
                                      "openAfterItsAnswer",
+                                     "endingForEver",
+                                     "openAsAPopup",
                                      "openBehindAMenu",
                                      "openBehindAStubbornPopup",
                                      "openDuringItsAnswer",
                                      "openInsteadOfBeingClosedByItsApplication",
                                      "openInTheTimeOfAnotherDriver",
+                                     "openUnderAMenuThatEndsIt",
+                                     "openUnderAMenuThatEndsTheDriver",
                                      "openUnderADialogThatComesAndGoes",
                                      "openUnderADialogThatIsGivenUp",
                                      "openUnderAWindow",
@@ -174,6 +178,7 @@ private Q_SLOTS:
                               QStringLiteral("  icon: NoIcon"),
                               QStringLiteral("  buttons: \"OK\"")})));
         add("unexpectedAndDeafToEscape", unexpected(description()));
+        add("unexpectedAndHiddenUnseen", unexpected(description()));
         add("unexpectedAndGoneAtOnce", unexpected(description()));
         add("unexpectedAtTheEnd", unexpected(description()));
         add("unexpectedAndDestroyed", unexpected(description()));
@@ -249,10 +254,12 @@ private Q_SLOTS:
         says("noCheckBox", "has no check box");
         says("closedBeforeEscape",
              "has closed before the key Esc. waitUntilClosed() is for boxes that their application closes");
+        says("closedBeforeWhatFollowsWaiting", "has closed before a click on \"Save\"");
         says("closedBeforeItsAnswer", "has closed before a click on \"Save\"");
         says("destroyedBeforeItsAnswer", "has closed before the close of its window");
         says("destroyedBeforeItsChecks", "has been destroyed before it was checked");
         says("throwingAnException", "is given up, since the test's code has thrown \"no such file\"");
+        says("throwingAfterItHasComeAgain", "is given up, since the test's code has thrown \"no such file\"");
         says("throwingAfterItsEnd", "is given up, since the test's code has thrown \"no such file\"");
         says("throwingSomethingElse", "is given up, since the test's code has thrown an exception");
         says("blockedAtTheEnd",
@@ -272,14 +279,14 @@ private Q_SLOTS:
         staysOpen("openAfterItsAnswer", " after a click on \"Save\"");
         staysOpen("modelessAndOpenAfterItsAnswer", " after a click on \"Save\"");
         staysOpen("openDuringItsAnswer", " during a call of the test's code");
-        staysOpen("openWithTooSmallAWindow", ", not completely on the screen");
+        staysOpen("openWithTooSmallAWindow", ", its window smaller than its contents");
         staysOpen("openWithoutBeingActive", ", its window not active");
         staysOpen("openBehindAMenu", ", behind a QMenu");
         staysOpen("openBehindAStubbornPopup", ", behind a QWidget");
         staysOpen("openUnderADialogThatComesAndGoes", " after a click on \"Save\"");
-        add("openInTheTimeOfAnotherDriver",
-            stayedOpen(QStringLiteral(" during a call of the test's code"))
-                .replace(QStringLiteral("2000 ms"), QStringLiteral("5000 ms")));
+        staysOpen("openInTheTimeOfAnotherDriver", " during a call of the test's code");
+        staysOpen("openUnderAMenuThatEndsIt", ", behind a QMenu");
+        staysOpen("openAsAPopup", ", button \"Save\" disabled");
         add("dialogThatWasOpenBefore",
             QStringLiteral(
                 "Nothing has happened for 2000 ms while a QInputDialog titled \"Name\" was open."));
@@ -329,7 +336,8 @@ private Q_SLOTS:
     {
         const QByteArray function = QTest::currentDataTag();
         if (QGuiApplication::platformName() != QLatin1String("offscreen")
-            && (function == "openWithTooSmallAWindow" || function.startsWith("openBehind")))
+            && (function == "openWithTooSmallAWindow" || function.startsWith("openBehind")
+                || function.startsWith("openUnderAMenu")))
             return; // a window manager makes no window smaller than it may be, and may close a menu by itself
         QFETCH(const QString, message);
         const Outcome outcome = run(QString::fromLatin1(QTest::currentDataTag()));
@@ -439,6 +447,13 @@ private Q_SLOTS:
                  qPrintable(outcome.output));
     }
 
+    void aScreenshotMayGoIntoAnyDirectory()
+    {
+        const Outcome outcome = run(QStringLiteral("screenshotInAStrangeDirectory"));
+        QCOMPARE(outcome.failures.size(), 1);
+        QVERIFY(outcome.output.contains(QStringLiteral("The files are there")));
+    }
+
     void aScreenshotThatCannotBeWrittenIsWarnedOf()
     {
         const Outcome outcome = run(QStringLiteral("screenshotThatCannotBeWritten"));
@@ -495,6 +510,23 @@ private Q_SLOTS:
         QCOMPARE(outcome.failures.size(), 19);
         QVERIFY(outcome.output.contains(
             QStringLiteral("20 time-outs: the code seems to ask until it gets another answer.")));
+    }
+
+    void aMenuMayEndTheDriver()
+    {
+        if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+            return; // a window manager may close the menu
+        const Outcome outcome = run(QStringLiteral("openUnderAMenuThatEndsTheDriver"));
+        QVERIFY(!outcome.hasCrashed);
+        QCOMPARE(outcome.failures.constFirst(), stayedOpen(QStringLiteral(", behind a QMenu")));
+    }
+
+    void timeOutsOfWaitingCountToo()
+    {
+        const Outcome outcome = run(QStringLiteral("endingForEver"));
+        QVERIFY(outcome.hasCrashed);
+        QVERIFY(outcome.output.contains(
+            QStringLiteral("time-outs: the code seems to ask until it gets another answer.")));
     }
 
     void aDriverNeedsAnApplication()
