@@ -271,8 +271,8 @@ public:
     bool verify()
     {
         forgetClosed();
-        const auto open = m_showings;
-        for (const auto& each : open) {
+        const auto stillOpen = m_showings;
+        for (const auto& each : stillOpen) {
             if (each->isPendingBox())
                 look(*each);
         }
