@@ -631,17 +631,16 @@ private:
                       showing.expectation->where);
     }
 
+    /// Dismisses a box, or another dialog. What has come again meanwhile is another show.
     void giveUp(Showing& showing)
     {
         if (!showing.isOpen)
-            return;                                     // and what has come again is another show
+            return;
         const QPointer<DialogDriverPrivate> self(this); // the box's own code may end the driver
         showing.isGivenUp = true;
-        showing.isBusy = true;
         dismiss(showing.dialog);
         if (!self)
             return;
-        showing.isBusy = false;
         noteProgress();
         schedule();
     }

@@ -956,6 +956,28 @@ private Q_SLOTS:
         owed.times(0);
     }
 
+    void whatHappensToALaterDriversBoxCountsForOneThatWaits()
+    {
+        DialogDriver first;
+        first.setTimeout(500);
+        auto& owed = first.expect(QStringLiteral("never"));
+        DialogDriver second;
+        const auto work = [](QMessageBox&) { QTest::qWait(200); };
+        second.expect(identifier())
+            .run(work)
+            .run(work)
+            .run(work)
+            .run(work)
+            .run([&](QMessageBox&) { owed.times(0); })
+            .click(QStringLiteral("Save"));
+        MessageDialog dialog;
+        dialog.setId(identifier());
+        addButtons(dialog);
+        dialog.open();
+        QVERIFY(first.wait());
+        QVERIFY(second.wait());
+    }
+
     void aWaitInsideAnotherLeavesItItsTimeOut()
     {
         DialogDriver driver;
